@@ -1,0 +1,1 @@
+# Install rules: libraries, headers, CMake package, pkg-config file.

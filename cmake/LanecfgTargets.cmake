@@ -1,0 +1,27 @@
+# What every target of the project shares: language level, warnings, exact floating point,
+# sanitizers and coverage.
+add_library(lanecfg_options INTERFACE)
+target_compile_features(lanecfg_options INTERFACE cxx_std_17)
+# Results are compared bit for bit, so no product and sum may be fused.
+target_compile_options(lanecfg_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror -ffp-contract=off)
+
+if(LANECFG_SANITIZE)
+    target_compile_options(lanecfg_options INTERFACE
+        -fsanitize=${LANECFG_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(lanecfg_options INTERFACE -fsanitize=${LANECFG_SANITIZE})
+endif()
+if(LANECFG_COVERAGE)
+    target_compile_options(lanecfg_options INTERFACE --coverage -fno-inline)
+    target_link_options(lanecfg_options INTERFACE --coverage)
+endif()
+
+# lanecfg_add_test(NAME SOURCES... LIBRARIES...): one GoogleTest program, its cases known to CTest.
+function(lanecfg_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE
+        lanecfg_options lanecfg_test_support ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
+        PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <lanecfg/export.h>
+#include <lanecfg/gt_db_load.h>
+#include <lanecfg/lane_cfg_instance.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+
+/// Entry of the library: builds named instances from requests and answers about them.
+///
+/// A selector is "live" (current rules) or "stable" (frozen rules), in any case of letters. A
+/// family word is "SXA", "SXB", "SXC" or "SXD4"; queries accept it and do not use it. Exceptions
+/// of rules and queries pass to the caller.
+class LANECFG_EXPORT lane_cfg_ip_mgr {
+  public:
+    /// Builds an instance from a request file. A new initialisation forgets every earlier
+    /// instance of its selector; forgotten instances stay allocated, as callers may still hold
+    /// them. Faults of the files are reported as messages and leave the name unknown.
+    static void initilizeData(const std::string& instanceName, const std::string& family,
+                              const std::string& selector,
+                              const std::string& userParameterTypesFile,
+                              const std::string& userParametersFile, const std::string& fieldsFile,
+                              const std::string& deviceDataFile);
+    /// The same from the host's dictionaries.
+    static void initilizeDataWithDict(const std::string& instanceName, const std::string& family,
+                                      const std::string& selector, const std::string& partName,
+                                      const textMap& options, const laneUsageMap& laneUsage,
+                                      const quadUsageMap& quadUsage,
+                                      const userParamMap& userParams,
+                                      const std::string& userParameterTypesFile,
+                                      const std::string& fieldsFile,
+                                      const std::string& deviceDataFile);
+
+    /// Makes the instance of a family word, null for a word without a class.
+    static lane_cfg_instance*
+    createLaneCfgInstance(const std::string& instanceName, const std::string& family,
+                          const std::vector<channelUsageInfo>& usage,
+                          const std::map<std::string, quadsUsageInfo*>& quads,
+                          const std::map<std::string, paramTypeInfo>& paramTypes,
+                          const userParamStore& userParams,
+                          const std::map<std::string, attributeInfo>& attributes,
+                          const std::map<std::string, std::vector<std::string>>& settings);
+    static lane_cfg_instance_iter_stable* createLaneCfgIterStableInstance(
+        const std::string& instanceName, const std::string& family,
+        const std::vector<channelUsageInfo>& usage,
+        const std::map<std::string, quadsUsageInfo*>& quads,
+        const std::map<std::string, paramTypeInfo>& paramTypes, const userParamStore& userParams,
+        const std::map<std::string, attributeInfo>& attributes,
+        const std::map<std::string, std::vector<std::string>>& settings);
+
+    /// Queries of a named instance; an unknown name or selector gives an empty answer.
+    static std::map<std::string, std::string> getAttributes(const std::string& instanceName,
+                                                            const std::string& family,
+                                                            const std::string& selector);
+    static std::map<std::string, std::string> getMemContent(const std::string& instanceName,
+                                                            const std::string& family,
+                                                            const std::string& selector);
+    static std::map<std::string, std::string> getOutClkFrequencies(const std::string& instanceName,
+                                                                   const std::string& family,
+                                                                   const std::string& selector);
+    /// 1 when the ELF was updated, else 0.
+    static int updateELF(const std::string& instanceName, const std::string& family,
+                         const std::string& selector, const std::string& elfFile,
+                         const std::string& workDir);
+    /// Live instances only; false for an unknown name.
+    static bool isFabricBRAMNeeded(const std::string& instanceName);
+    /// Copy of the log lines.
+    static std::vector<std::string> getLogContent();
+    /// Deletes the live and the stable instance of that name.
+    static void releaseData(const std::string& instanceName);
+
+    static lane_cfg_instance* getIPInstance(const std::string& instanceName);
+    static lane_cfg_instance_iter_stable* getIterStableIPInstance(const std::string& instanceName);
+
+    static lane_cfg_ip_mgr* m_pIpMgr; ///< reserved for hosts
+    static std::map<std::string, lane_cfg_instance*> m_instances;
+    static std::map<std::string, lane_cfg_instance_iter_stable*> m_iter_stable_instances;
+};
+
+} // namespace sable_lanecfg

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <lanecfg/export.h>
+
+#include <boost/blank.hpp>
+#include <boost/optional.hpp>
+#include <boost/variant.hpp>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+
+/// Value of a variable. The index of an alternative (`which()`) is what all dispatch uses:
+/// 0 blank (known but undefined), 1 text, 2 unsigned, 3 flag, 4 float, 5 double, 6 list of double.
+using ruleValue = boost::variant<boost::blank, std::string, unsigned int, bool, float, double,
+                                 std::vector<double>>;
+
+/// One variable: the number of the last rule that has it among its outputs, if any, and its value.
+struct varInfo {
+    boost::optional<int> ruleNumber;
+    ruleValue value;
+};
+
+/// All variables of an engine by name; also the form of a saved snapshot of one pass.
+using variableMap = std::map<std::string, varInfo>;
+
+/// A variable with its name. Nodes of the map never move, so a rule may hold one.
+using variable = variableMap::value_type;
+
+/// One rule as registered.
+struct ruleInfo {
+    std::function<void()> ruleBody;
+    bool ranFlag = false; ///< parity of the pass in which the rule last ran
+    std::vector<std::string> ruleOutputs;
+};
+
+/// Symbol table of named, dynamically typed variables and the dependency graph of the rules
+/// between them.
+///
+/// Use: construct, enter defaults with `setVal`, register every rule with `rule`; then for each
+/// pass `setVal` the inputs, `runRules`, read results, flip `passFlag`. Vertices of the graph are
+/// variables; the walk over the sorted variables fires a rule at the first of its outputs, once a
+/// pass. Nothing tracks changes: a pass runs every rule that owns a variable.
+///
+/// An engine belongs to one thread at a time. An engine with rules must not be moved: rule bodies
+/// hold its address.
+class LANECFG_EXPORT rule_engine_base {
+  public:
+    rule_engine_base();
+    rule_engine_base(rule_engine_base&& other) noexcept;
+    rule_engine_base& operator=(rule_engine_base&& other) noexcept;
+    rule_engine_base(const rule_engine_base&) = delete;
+    rule_engine_base& operator=(const rule_engine_base&) = delete;
+    ~rule_engine_base();
+
+    /// Enters a variable and gives its vertex index. A known name keeps what it has; a name that
+    /// only `getValAsString` or a map subscript created has no vertex, and the result is then the
+    /// current number of vertices.
+    unsigned long addVertex(const std::string& name, varInfo info);
+
+    /// Sets a variable, creating it if needed. Any alternative may replace any other.
+    void setVal(std::string name, ruleValue value);
+
+    /// Value of a variable whose alternative is exactly `T`, one of bool, double, unsigned int,
+    /// std::string, float, std::vector<double>; nothing is converted.
+    /// Throws a std::string holding the name when the variable is unknown or blank, after a line
+    /// on standard output, and boost::bad_get on another alternative.
+    template <class T>
+    T getVal(std::string name);
+
+    /// Text of a variable, six significant digits for numbers with a fraction. A missing name is
+    /// inserted blank. A list of double has no text: the process ends.
+    std::string getValAsString(std::string name);
+    std::string getValAsString(std::map<std::string, varInfo>& vars, std::string name);
+
+    /// Registers a rule under the next number. Unknown names become blank variables; the last
+    /// rule registered for an output owns it. Without outputs a rule never runs.
+    void rule(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs,
+              std::function<void()> body);
+
+    /// Runs one pass. The first call sorts the graph (boost::not_a_dag on a cycle); rules
+    /// registered later are part of a pass only through variables known before it.
+    /// Exceptions of a rule body leave as they were thrown.
+    void runRules();
+
+    /// The variable of that name, or null. The pointer stays valid for the engine's lifetime.
+    variable* findVariable(const std::string& name);
+
+    /// `getVal` on a variable at hand, with the same failures.
+    template <class T>
+    static const T& valueOf(const variable& held);
+
+    variableMap varMap;
+
+  protected:
+    /// Parity of the pass; the derived class flips it between passes.
+    bool passFlag = true;
+
+  private:
+    struct ruleGraph;
+    std::unique_ptr<ruleGraph> graph;
+};
+
+} // namespace sable_lanecfg
