@@ -6,11 +6,13 @@ set(lanecfg_libraries hostx_common hostx_coregen strmio_iostreams hostx_rule_eng
 set_target_properties(${lanecfg_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 file(RELATIVE_PATH lanecfg_bin_to_lib
     ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-set_target_properties(lanecfg PROPERTIES INSTALL_RPATH "$ORIGIN/${lanecfg_bin_to_lib}")
+if(TARGET lanecfg)
+    set_target_properties(lanecfg PROPERTIES INSTALL_RPATH "$ORIGIN/${lanecfg_bin_to_lib}")
+    install(TARGETS lanecfg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 
 install(TARGETS ${lanecfg_libraries} EXPORT lanecfgTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(TARGETS lanecfg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 foreach(layer host/hostx_common host/hostx_coregen host/strmio_iostreams
               ip/rule_engine/rule_engine_base ip/rule_engine/gt_rule_engine)
