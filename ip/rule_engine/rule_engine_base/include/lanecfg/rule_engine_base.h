@@ -34,7 +34,7 @@ using variable = variableMap::value_type;
 /// One rule as registered.
 struct ruleInfo {
     std::function<void()> ruleBody;
-    bool ranFlag = false; ///< parity of the pass in which the rule last ran
+    bool ranFlag = false;  ///< parity of the pass in which the rule last ran
     std::vector<std::string> ruleOutputs;
 };
 
@@ -47,7 +47,7 @@ struct ruleInfo {
 /// pass. Nothing tracks changes: a pass runs every rule that owns a variable.
 ///
 /// An engine belongs to one thread at a time. An engine with rules must not be moved: rule bodies
-/// hold its address.
+/// hold its address. One that was moved from may only be destroyed or assigned to.
 class LANECFG_EXPORT rule_engine_base {
   public:
     rule_engine_base();
@@ -94,6 +94,8 @@ class LANECFG_EXPORT rule_engine_base {
     template <class T>
     static const T& valueOf(const variable& held);
 
+    /// All variables. To add and to change values from outside is fine; variables must not be
+    /// removed nor the whole map replaced, since the engine and its rules hold them.
     variableMap varMap;
 
   protected:
@@ -102,7 +104,19 @@ class LANECFG_EXPORT rule_engine_base {
 
   private:
     struct ruleGraph;
+
+    /// The failure of `getVal` on a variable without a value.
+    [[noreturn]] static void throwUndefined(const std::string& name);
+
     std::unique_ptr<ruleGraph> graph;
 };
 
-} // namespace sable_lanecfg
+template <class T>
+const T& rule_engine_base::valueOf(const variable& held) {
+    if (held.second.value.which() == 0) {
+        throwUndefined(held.first);
+    }
+    return boost::get<T>(held.second.value);
+}
+
+}  // namespace sable_lanecfg

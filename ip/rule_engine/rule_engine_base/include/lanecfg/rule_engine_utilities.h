@@ -50,14 +50,14 @@ class LANECFG_EXPORT rule_engine_utilities {
                                std::map<std::string, std::string> second);
 
     /// Each variable as { rule number or "None", value in text form with "%f" for fractions }.
-    static std::map<std::string, std::vector<std::string>>
-    serializeMap(std::map<std::string, varInfo> vars);
+    static std::map<std::string, std::vector<std::string>> serializeMap(
+        std::map<std::string, varInfo> vars);
     /// `serializeMap` of every snapshot, `[channel][pass]`.
-    static std::vector<std::vector<std::map<std::string, std::vector<std::string>>>>
-    repkgVarMap(std::vector<std::vector<std::map<std::string, varInfo>>> snapshots);
+    static std::vector<std::vector<std::map<std::string, std::vector<std::string>>>> repkgVarMap(
+        std::vector<std::vector<std::map<std::string, varInfo>>> snapshots);
 
   private:
     static std::vector<std::string> mLogContent;
 };
 
-} // namespace sable_lanecfg
+}  // namespace sable_lanecfg
