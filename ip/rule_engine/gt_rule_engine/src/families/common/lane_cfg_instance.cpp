@@ -1,0 +1,38 @@
+#include <lanecfg/lane_cfg_instance.h>
+
+namespace sable_lanecfg {
+
+lane_cfg_instance::lane_cfg_instance(
+    const std::string& name, const std::string& familyWord,
+    const std::vector<channelUsageInfo>& usage,
+    const std::map<std::string, quadsUsageInfo*>& /*quads*/,
+    const std::map<std::string, paramTypeInfo>& types, const userParamStore& params,
+    const std::map<std::string, attributeInfo>& registers,
+    const std::map<std::string, std::vector<std::string>>& deviceData)
+    : gt_rule_engine_live(familyWord, usage, types, params, registers, deviceData),
+      familyName(familyWord),
+      instanceName(name) {}
+
+lane_cfg_instance::~lane_cfg_instance() = default;
+
+std::map<std::string, std::string> lane_cfg_instance::getAttributes() {
+    return {};
+}
+
+std::map<std::string, std::string> lane_cfg_instance::getMemContent() {
+    return {};
+}
+
+std::map<std::string, std::string> lane_cfg_instance::getOutClkFrequencies() {
+    return {};
+}
+
+bool lane_cfg_instance::updateELF(const std::string& /*elfFile*/, const std::string& /*workDir*/) {
+    return false;
+}
+
+bool lane_cfg_instance::isFabricBramNeeded() {
+    return false;
+}
+
+}  // namespace sable_lanecfg

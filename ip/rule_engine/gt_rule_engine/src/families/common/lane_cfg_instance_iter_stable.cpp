@@ -1,0 +1,35 @@
+#include <lanecfg/lane_cfg_instance.h>
+
+namespace sable_lanecfg {
+
+lane_cfg_instance_iter_stable::lane_cfg_instance_iter_stable(
+    const std::string& name, const std::string& familyWord,
+    const std::vector<channelUsageInfo>& usage,
+    const std::map<std::string, quadsUsageInfo*>& /*quads*/,
+    const std::map<std::string, paramTypeInfo>& types, const userParamStore& params,
+    const std::map<std::string, attributeInfo>& registers,
+    const std::map<std::string, std::vector<std::string>>& deviceData)
+    : gt_rule_engine_iter_stable(familyWord, usage, types, params, registers, deviceData),
+      familyName(familyWord),
+      instanceName(name) {}
+
+lane_cfg_instance_iter_stable::~lane_cfg_instance_iter_stable() = default;
+
+std::map<std::string, std::string> lane_cfg_instance_iter_stable::getAttributes() {
+    return {};
+}
+
+std::map<std::string, std::string> lane_cfg_instance_iter_stable::getMemContent() {
+    return {};
+}
+
+std::map<std::string, std::string> lane_cfg_instance_iter_stable::getOutClkFrequencies() {
+    return {};
+}
+
+bool lane_cfg_instance_iter_stable::updateELF(const std::string& /*elfFile*/,
+                                              const std::string& /*workDir*/) {
+    return false;
+}
+
+}  // namespace sable_lanecfg
