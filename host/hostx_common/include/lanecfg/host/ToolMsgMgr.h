@@ -6,13 +6,13 @@
 
 /// One message on its way to the user.
 struct ToolMsgRecord {
-    int argumentCount = 0;              ///< how many `arguments` the format takes
-    std::string file;                   ///< source file that reports
-    int line = 0;                       ///< line in that file
-    std::string subsystem;              ///< subsystem word, "ip" for everything of this library
-    unsigned severity = 0;              ///< severity mask, see ToolMsgSeverity
-    std::string format;                 ///< text, with "%s" for each argument
-    std::vector<std::string> arguments; ///< values of the "%s", in order
+    int argumentCount = 0;               ///< how many `arguments` the format takes
+    std::string file;                    ///< source file that reports
+    int line = 0;                        ///< line in that file
+    std::string subsystem;               ///< subsystem word, "ip" for everything of this library
+    unsigned severity = 0;               ///< severity mask, see ToolMsgSeverity
+    std::string format;                  ///< text, with "%s" for each argument
+    std::vector<std::string> arguments;  ///< values of the "%s", in order
 
     /// The finished text. Without arguments the format goes out as it is, "%" included.
     std::string text() const;
@@ -25,7 +25,7 @@ constexpr unsigned info = 0x4000000;
 constexpr unsigned warning = 0x8000000;
 constexpr unsigned criticalWarning = 0x10000000;
 constexpr unsigned error = 0x20000000;
-} // namespace ToolMsgSeverity
+}  // namespace ToolMsgSeverity
 
 /// A message object as the host makes it from its parts.
 class ToolMsgMgrInstance {

@@ -11,10 +11,10 @@ class ToolPart {
     explicit ToolPart(const std::string& partName);
 
     std::string getArchitecture() const;
-    std::string getSpeedGrade() const; ///< "-" and the speed token, for example "-3"
+    std::string getSpeedGrade() const;  ///< "-" and the speed token, for example "-3"
     std::string getDevice() const;
     std::string getPackage() const;
-    std::string getSiliconRevision() const; ///< for example "es1"
+    std::string getSiliconRevision() const;  ///< for example "es1"
     std::string getTemperatureGrade() const;
     /// Device family word, for example "tessera". Every style gives the same word.
     std::string getFamily(int style) const;
