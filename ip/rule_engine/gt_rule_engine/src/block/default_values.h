@@ -1,0 +1,19 @@
+#pragma once
+
+#include <lanecfg/gt_db_load.h>
+
+#include <map>
+#include <string>
+
+namespace sable_lanecfg {
+
+/// Default of every user parameter as a value of its type; a parameter of unknown type is left
+/// out.
+std::map<std::string, ruleValue> defaultValues(const std::map<std::string, paramTypeInfo>& types);
+
+/// Gives every channel (of the first `channels`) and direction without a rate one rate that holds
+/// the direction's share of `defaults`. Missing directions and channels are added.
+void fillEmptyRates(userParamStore& params, int channels,
+                    const std::map<std::string, ruleValue>& defaults);
+
+}  // namespace sable_lanecfg
