@@ -4,6 +4,7 @@
 #include <lanecfg/rule_engine_base.h>
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,43 @@ class LANECFG_EXPORT rule_engine_utilities {
     /// `serializeMap` of every snapshot, `[channel][pass]`.
     static std::vector<std::vector<std::map<std::string, std::vector<std::string>>>> repkgVarMap(
         std::vector<std::vector<std::map<std::string, varInfo>>> snapshots);
+
+    /// Clocking math. Line rates in GHz (equal in number to Gb/s), reference and output clocks in
+    /// MHz. The functions are pure and never fail: what cannot be reached, a number that is not
+    /// finite included, gives 0.0, false or an empty set. PLL words are exactly "LCPLL" or "RPLL";
+    /// the functions without suffix serve SXA, SXB and SXC, those with `_SXD` serve SXD.
+
+    /// The reference clock nearest to `refclk` from which the PLL reaches the line rate, the lower
+    /// one of two at the same distance. Every `pllType` but "LCPLL" means the RPLL.
+    static double calculateActualRefclk(double lineRate, double refclk, std::string pllType);
+    /// The same for SXD; also a line rate for which its PLL has no VCO clock gets a nearest clock.
+    static double calculateActualRefclk_SXD(double lineRate, double refclk);
+
+    /// True when the LCPLL must run with a fractional feedback divider to get from `refclk` to the
+    /// line rate. False for every other `pllType`.
+    static bool fracNEnable(double lineRate, double refclk, std::string pllType);
+    static bool fracNEnable_SXD(double lineRate, double refclk);
+
+    /// The output clocks up to 1000 MHz that the dividers behind the PLL `progDivSource` offer to
+    /// the transmitter's fabric and that agree, themselves or divided by 2, 4 or 8, with its user
+    /// clock. `refclk` counts only for an RPLL that runs no line. `userDataWidth` is the width (in
+    /// bits) before encoding; encodings are told apart by "8B10B" and "64B66B_ASYNC", and exactly
+    /// "1" is a used buffer. Combinations of PLL words with no path give an empty set, and so do
+    /// unknown words of the transmitter's PLL and of the source.
+    static std::set<double> findTXOUTCLKlist(double lineRate, double refclk, std::string txPllType,
+                                             std::string rxPllType, std::string progDivSource,
+                                             float userDataWidth, std::string encoding,
+                                             std::string bufferMode);
+    /// The same for the receiver, whose dividers are always behind its own PLL. An unknown
+    /// `pllType` has the VCO limits of the RPLL.
+    static std::set<double> findRXOUTCLKlist(double lineRate, std::string pllType,
+                                             float userDataWidth, std::string encoding,
+                                             std::string bufferMode);
+    /// The same for SXD: `notPam4` is 0 for PAM4 and anything else for NRZ, `intDataWidth` the
+    /// width (in bits) of the data inside the transceiver. The receiver takes the VCO clock from
+    /// the line rate where the transmitter takes it from the symbol rate.
+    static std::set<double> findTXOUTCLKlist_SXD(double lineRate, int notPam4, double intDataWidth);
+    static std::set<double> findRXOUTCLKlist_SXD(double lineRate, int notPam4, double intDataWidth);
 
   private:
     static std::vector<std::string> mLogContent;
