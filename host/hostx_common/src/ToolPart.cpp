@@ -1,6 +1,5 @@
 #include <lanecfg/host/ToolPart.h>
 
-#include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
 
 #include <algorithm>
@@ -13,7 +12,7 @@ constexpr std::size_t tokenCount = 7;
 
 std::vector<std::string> tokensOf(const std::string& partName) {
     std::vector<std::string> tokens;
-    boost::algorithm::split(tokens, partName, boost::algorithm::is_any_of("-"));
+    boost::algorithm::split(tokens, partName, [](char character) { return character == '-'; });
     const bool anyEmpty = std::any_of(tokens.begin(), tokens.end(),
                                       [](const std::string& token) { return token.empty(); });
     if (tokens.size() != tokenCount || anyEmpty) {
