@@ -1,3 +1,5 @@
+#include "families/sxa/lane_cfg_sxa_instance.h"
+
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
 #include <algorithm>
@@ -32,7 +34,8 @@ Frame* make(Arguments... arguments) {
     return new Family(arguments...);
 }
 
-constexpr familyTable<lane_cfg_instance, 0> liveFamilies{};
+constexpr familyTable<lane_cfg_instance, 1> liveFamilies{
+    {{"SXA", make<lane_cfg_instance, lane_cfg_sxa_instance>}}};
 
 constexpr familyTable<lane_cfg_instance_iter_stable, 0> stableFamilies{};
 

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "families/common/register_catalogue.h"
+#include "families/common/rule_declaration.h"
+
+#include <lanecfg/gt_rule_engine.h>
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace sable_lanecfg {
+
+/// The rules beside a catalogue, by what they stand beside: "REGISTER.FIELD" of a logic field, or
+/// the name of a step. The rule of a field either `gives` it or has it among its `writes`.
+using logicRules = std::map<std::string, ruleDeclarer, std::less<>>;
+
+/// Registers every rule of a catalogue in its order: the fields' rules as they stand, and after
+/// them the rule that composes the register's word and declares its fields as inputs in that order.
+///
+/// Throws std::logic_error, naming the rule or field, when catalogue and rules do not belong
+/// together: a logic field or step without a rule, a rule that neither stands beside, a rule that
+/// does not write its own field, or a shared field that no rule of the set writes.
+void registerCatalogue(gt_rule_engine& engine, const register_catalogue& catalogue,
+                       const logicRules& rules);
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,12 @@
+#include "families/common/family_catalogues.h"
+
+#include "families/sxa/sxa_catalogue.h"
+
+namespace sable_lanecfg {
+
+const std::vector<familyCatalogue>& familyCatalogues() {
+    static const std::vector<familyCatalogue> catalogues{{"SXA", sxaCatalogue}};
+    return catalogues;
+}
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,105 @@
+"""Places the fields of a rule catalogue in register words."""
+
+from dataclasses import dataclass, field
+from fnmatch import fnmatchcase
+
+WORD_BITS = 32
+# Blocks start 256 words apart, so registers of different blocks never share an address.
+LAST_OFFSET = 0xFF
+
+
+class LayoutError(Exception):
+    """The layout data does not fit the catalogue."""
+
+
+@dataclass(frozen=True)
+class Layout:
+    """What is decided about a family's registers; all else follows from its constants."""
+
+    # (pattern of register names, block type); the first that matches counts.
+    block_types: list
+    # "REGISTER.FIELD" to (bit offset, width), for fields whose place something depends on.
+    pinned: dict = field(default_factory=dict)
+    # "REGISTER.FIELD" to width, for computed fields and for constants with room to grow.
+    widths: dict = field(default_factory=dict)
+    # "REGISTER.FIELD" to width, for constants that can't all fit their register.
+    narrowed: dict = field(default_factory=dict)
+
+
+def registers_of(entries):
+    """Register names with their fields, in the order of first appearance."""
+    registers = {}
+    for entry in entries:
+        if entry["kind"] != "step":
+            registers.setdefault(entry["name"], []).extend(entry.get("fields", []))
+    return registers
+
+
+def block_type_of(register, layout):
+    for pattern, block_type in layout.block_types:
+        if fnmatchcase(register, pattern):
+            return block_type
+    raise LayoutError(f"no block type for register {register}")
+
+
+def width_of(name, entry, layout):
+    if name in layout.narrowed:
+        return layout.narrowed[name]
+    needed = max(1, entry.get("value", 0).bit_length())
+    decided = layout.pinned[name][1] if name in layout.pinned else layout.widths.get(name)
+    if decided is None and entry["kind"] in ("logic", "shared"):
+        raise LayoutError(f"the computed field {name} needs a width in the layout")
+    if decided is not None and decided < needed:
+        raise LayoutError(f"{name} needs {needed} bits, the layout gives it {decided}")
+    return decided or needed
+
+
+def bits_of(place):
+    offset, width = place
+    return ((1 << width) - 1) << offset
+
+
+def first_free(width, used, name):
+    for offset in range(WORD_BITS - width + 1):
+        if not used & bits_of((offset, width)):
+            return offset
+    raise LayoutError(f"no room for the {width} bits of {name}")
+
+
+def place_fields(register, fields, layout):
+    """Pinned fields where they belong, the others from bit 0 upwards in catalogue order."""
+    places = {}
+    used = 0
+
+    def take(name, place):
+        nonlocal used
+        if bits_of(place) >> WORD_BITS or used & bits_of(place):
+            raise LayoutError(f"the pinned place of {name} is outside the word or taken")
+        used |= bits_of(place)
+        places[name] = place
+
+    names = {f"{register}.{entry['name']}": entry for entry in fields}
+    if len(names) != len(fields):
+        raise LayoutError(f"a field of {register} stands twice")
+    widths = {name: width_of(name, entry, layout) for name, entry in names.items()}
+    for name in names:
+        if name in layout.pinned:
+            take(name, layout.pinned[name])
+    for name, width in widths.items():
+        if name not in places:
+            take(name, (first_free(width, used, name), width))
+    return {name: list(places[name]) for name in names}
+
+
+def place_registers(entries, layout):
+    """The content of registers.json. Offsets count on over all blocks of the family."""
+    placed = {}
+    for offset, (register, fields) in enumerate(registers_of(entries).items()):
+        if offset > LAST_OFFSET:
+            raise LayoutError("more registers than a block has offsets")
+        placed[register] = {
+            "dstSubBlock": block_type_of(register, layout),
+            "Offset": f"0x{offset:02X}",
+            "fields": place_fields(register, fields, layout),
+        }
+    return placed
