@@ -31,11 +31,13 @@ Frame* findInstance(const std::map<std::string, Frame*>& instances, const std::s
 }
 
 template <class Frame>
-void releaseInstance(std::map<std::string, Frame*>& instances, const std::string& name) {
-    const auto found = instances.find(name);
-    if (found != instances.end()) {
-        delete found->second;
-        instances.erase(found);
+using instanceEntry = typename std::map<std::string, Frame*>::const_iterator;
+
+template <class Frame>
+void releaseEntry(std::map<std::string, Frame*>& instances, const instanceEntry<Frame> entry) {
+    if (entry != instances.end()) {
+        delete entry->second;
+        instances.erase(entry);
     }
 }
 
@@ -66,14 +68,13 @@ template <class Frame, class Create>
 void replaceInstances(std::map<std::string, Frame*>& instances, const Create& create,
                       const std::string& name, const std::string& family,
                       const gt_db_load& database) {
-    // The caller's text may be the key of an entry that goes now.
-    const std::string ownName = name;
-    const std::string ownFamily = family;
-    instances.clear();
-    std::unique_ptr<Frame> instance(create(
-        ownName, ownFamily, database.m_channelUsage, database.m_quadsUsage, database.m_paramTypes,
-        database.m_userParams, database.m_fields, database.m_deviceData));
-    Frame*& entry = instances[ownName];
+    // The caller's text may be the key of an entry that is forgotten, so the keys go last.
+    std::map<std::string, Frame*> forgotten;
+    forgotten.swap(instances);
+    std::unique_ptr<Frame> instance(
+        create(name, family, database.m_channelUsage, database.m_quadsUsage, database.m_paramTypes,
+               database.m_userParams, database.m_fields, database.m_deviceData));
+    Frame*& entry = instances[name];
     entry = instance.release();
 }
 
@@ -162,10 +163,11 @@ std::vector<std::string> lane_cfg_ip_mgr::getLogContent() {
 }
 
 void lane_cfg_ip_mgr::releaseData(const std::string& instanceName) {
-    // The caller's text may be the key of the entry, or live in the instance.
-    const std::string name = instanceName;
-    releaseInstance(m_instances, name);
-    releaseInstance(m_iter_stable_instances, name);
+    // The caller's text may be a key or live in an instance, so it is used up before either goes.
+    const auto live = m_instances.find(instanceName);
+    const auto stable = m_iter_stable_instances.find(instanceName);
+    releaseEntry<lane_cfg_instance>(m_instances, live);
+    releaseEntry<lane_cfg_instance_iter_stable>(m_iter_stable_instances, stable);
 }
 
 lane_cfg_instance* lane_cfg_ip_mgr::getIPInstance(const std::string& instanceName) {
