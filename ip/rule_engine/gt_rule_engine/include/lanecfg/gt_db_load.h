@@ -11,25 +11,25 @@ namespace sable_lanecfg {
 
 /// A user parameter as the types file declares it.
 struct paramTypeInfo {
-    std::string type; ///< "string", "int", "bool", "float" or "double"
+    std::string type;  ///< "string", "int", "bool", "float" or "double"
     std::string description;
     std::string default_value;
 };
 
 /// A register as the fields file declares it.
 struct attributeInfo {
-    std::string dstSubBlock; ///< block type that holds the register
+    std::string dstSubBlock;  ///< block type that holds the register
     /// Field name ("REGISTER.FIELD") to { bit offset, width }.
     std::map<std::string, std::vector<int>> fields;
-    std::string Offset; ///< register offset, hexadecimal text
+    std::string Offset;  ///< register offset, hexadecimal text
 };
 
 /// Usage of one lane group. Position i of `txrate` names the rate group of lane `tx[i]`, likewise
 /// for the receive side.
 struct channelUsageInfo {
     std::string group;
-    std::string usageMode = "simplex"; ///< carried for hosts; nothing reads it
-    bool usageFlag = false;            ///< carried for hosts; nothing reads it
+    std::string usageMode = "simplex";  ///< carried for hosts; nothing reads it
+    bool usageFlag = false;             ///< carried for hosts; nothing reads it
     std::vector<std::string> txrate;
     std::vector<std::string> rxrate;
     std::vector<int> tx;
@@ -41,7 +41,7 @@ struct channelUsageInfo {
 struct quadsUsageInfo {
     std::string quadName;
     std::vector<std::string> channels;
-    std::string usageKey; ///< first-level key that holds the quad
+    std::string usageKey;  ///< first-level key that holds the quad
     std::vector<std::string> MSTRCLK;
     bool IS_CURRENT_QUAD = false;
 };
@@ -52,10 +52,10 @@ using userParamStore = std::vector<std::vector<std::vector<std::map<std::string,
 
 /// Nested text dictionaries of the host.
 using textMap = std::map<std::string, std::string>;
-using laneUsageMap = std::map<std::string, textMap>;                          ///< lane, key
-using quadUsageMap = std::map<std::string, std::map<std::string, textMap>>;   ///< key, quad, entry
-using settingsMap = std::map<std::string, std::map<std::string, textMap>>;    ///< lane, rate, name
-using userParamMap = std::map<std::string, settingsMap>;                      ///< section
+using laneUsageMap = std::map<std::string, textMap>;                         ///< lane, key
+using quadUsageMap = std::map<std::string, std::map<std::string, textMap>>;  ///< key, quad, entry
+using settingsMap = std::map<std::string, std::map<std::string, textMap>>;   ///< lane, rate, name
+using userParamMap = std::map<std::string, settingsMap>;                     ///< section
 
 /// Everything that one request needs before a rule can run: device data, parameter types,
 /// register layout, usage of lanes and quads, and the values of the user parameters.
@@ -94,7 +94,7 @@ class LANECFG_EXPORT gt_db_load {
                       std::vector<std::vector<std::map<std::string, ruleValue>>>& out,
                       const std::string& family);
 
-    std::map<std::string, quadsUsageInfo*> m_quadsUsage; ///< by quad name; records outlive this
+    std::map<std::string, quadsUsageInfo*> m_quadsUsage;  ///< by quad name; records outlive this
     std::vector<channelUsageInfo> m_channelUsage;
     userParamStore m_userParams;
     std::map<std::string, paramTypeInfo> m_paramTypes;
@@ -103,4 +103,4 @@ class LANECFG_EXPORT gt_db_load {
     bool m_loaded = true;
 };
 
-} // namespace sable_lanecfg
+}  // namespace sable_lanecfg

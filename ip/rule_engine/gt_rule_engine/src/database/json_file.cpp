@@ -1,0 +1,33 @@
+#include "database/json_file.h"
+
+#include "database/nesting_limit.h"
+
+#include <lanecfg/host/strmio_iostreams.h>
+#include <lanecfg/rule_engine_utilities.h>
+
+#include <boost/format.hpp>
+#include <boost/property_tree/json_parser.hpp>
+
+#include <exception>
+
+namespace sable_lanecfg {
+
+boost::property_tree::ptree readJsonFile(const std::string& file) {
+    boost::property_tree::ptree tree;
+    try {
+        strmio::iostreams::filtering_stream<boost::iostreams::input> stream;
+        stream.push(nesting_limit());
+        stream.push(strmio::iostreams::xp_autodetect(file));
+        boost::property_tree::read_json(stream, tree);
+    } catch (const std::exception&) {
+        reportParseError(file);
+    }
+    return tree;
+}
+
+void reportParseError(const std::string& file) {
+    rule_engine_utilities::addMessage((boost::format("Error in parsing the file %s.") % file).str(),
+                                      "error");
+}
+
+}  // namespace sable_lanecfg
