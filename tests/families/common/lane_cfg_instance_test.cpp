@@ -1,0 +1,187 @@
+#include "support/temporary_directory.h"
+
+#include <lanecfg/lane_cfg_instance.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+using sable_lanecfg::attributeInfo;
+using sable_lanecfg::channelUsageInfo;
+using sable_lanecfg::lane_cfg_instance;
+using sable_lanecfg::lane_cfg_instance_iter_stable;
+using sable_lanecfg::paramTypeInfo;
+using sable_lanecfg::quadsUsageInfo;
+using sable_lanecfg::ruleValue;
+using sable_lanecfg::userParamStore;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+namespace {
+
+/// Both frames have to behave alike in all that these tests ask.
+template <class Frame>
+class FamilyFrame : public testing::Test {
+  protected:
+    FamilyFrame() {
+        usage.resize(1);
+        usage[0].group = "lanes";
+    }
+
+    std::unique_ptr<Frame> make() const {
+        return std::make_unique<Frame>("x", "SXD4", usage, quads, types, params, registers,
+                                       deviceData);
+    }
+
+    std::vector<channelUsageInfo> usage;
+    std::map<std::string, quadsUsageInfo*> quads;
+    std::map<std::string, paramTypeInfo> types{
+        {"RX_LINE_RATE", {"double", "Gb/s", "10.3125"}},
+        {"TX_LINE_RATE", {"double", "Gb/s", "10.3125"}},
+    };
+    userParamStore params{{{{{"TX_LINE_RATE", ruleValue(12.5)}}}}};
+    std::map<std::string, attributeInfo> registers{{"TX_CFG", {"channel", {}, "0x4"}}};
+    std::map<std::string, std::vector<std::string>> deviceData{{"siliconRev", {"es1"}}};
+};
+
+using Frames = testing::Types<lane_cfg_instance, lane_cfg_instance_iter_stable>;
+
+struct FrameNames {
+    template <class Frame>
+    static std::string GetName(int /*index*/) {
+        return std::is_same<Frame, lane_cfg_instance>::value ? "live" : "stable";
+    }
+};
+
+TYPED_TEST_SUITE(FamilyFrame, Frames, FrameNames);
+
+TYPED_TEST(FamilyFrame, KeepsItsNameAndTheFamilyWordTwice) {
+    const auto frame = this->make();
+    EXPECT_EQ(frame->instanceName, "x");
+    EXPECT_EQ(frame->familyName, "SXD4");
+    EXPECT_EQ(frame->family, "SXD4");
+}
+
+TYPED_TEST(FamilyFrame, GivesEachContainerToTheEngine) {
+    const auto frame = this->make();
+    ASSERT_EQ(frame->channelUsage.size(), 1U);
+    EXPECT_EQ(frame->channelUsage[0].group, "lanes");
+    ASSERT_EQ(frame->paramTypes.size(), 2U);
+    EXPECT_EQ(frame->paramTypes.at("TX_LINE_RATE").description, "Gb/s");
+    EXPECT_TRUE(frame->userParams == this->params);
+    ASSERT_EQ(frame->attributes.size(), 1U);
+    EXPECT_EQ(frame->attributes.at("TX_CFG").Offset, "0x4");
+    EXPECT_THAT(frame->settings, ElementsAre(Pair("siliconRev", ElementsAre("es1"))));
+}
+
+TYPED_TEST(FamilyFrame, ReadsNoQuad) {
+    this->quads["QUAD_0"] = nullptr;
+    EXPECT_EQ(this->make()->instanceName, "x");
+}
+
+TYPED_TEST(FamilyFrame, StartsWithTheParametersAsBlankVariablesAndNoPass) {
+    const auto frame = this->make();
+    ASSERT_EQ(frame->varMap.size(), 2U);
+    for (const auto& entry : frame->varMap) {
+        EXPECT_EQ(entry.second.value.which(), 0) << entry.first;
+        EXPECT_FALSE(entry.second.ruleNumber) << entry.first;
+    }
+    EXPECT_THAT(frame->blockVarMap, IsEmpty());
+}
+
+TYPED_TEST(FamilyFrame, AnswersNoAttributeAndNoOutputClock) {
+    const auto frame = this->make();
+    EXPECT_THAT(frame->getAttributes(), IsEmpty());
+    EXPECT_THAT(frame->getOutClkFrequencies(), IsEmpty());
+}
+
+TYPED_TEST(FamilyFrame, AnswersNoMemoryImage) {
+    EXPECT_THAT(this->make()->getMemContent(), IsEmpty());
+}
+
+TYPED_TEST(FamilyFrame, LeavesAFirmwareAlone) {
+    const lanecfg_test::TemporaryDirectory directory;
+    const std::string firmware = directory.write("firmware.elf", "code");
+    EXPECT_FALSE(this->make()->updateELF(firmware, directory.path().string()));
+    EXPECT_EQ(lanecfg_test::readFile(firmware), "code");
+}
+
+/// Family whose one rule holds the token, and whose constructor may fail after registering it.
+template <class Frame>
+class TokenFamily : public Frame {
+  public:
+    TokenFamily(const std::shared_ptr<int>& token, bool fails)
+        : Frame("x", "SXB", {}, {}, {}, {}, {}, {}) {
+        this->rule({}, {"TX_CFG"}, [token] { ++*token; });
+        if (fails) {
+            throw std::runtime_error("rule at fault");
+        }
+    }
+};
+
+TYPED_TEST(FamilyFrame, DeletesTheFamilyThroughThePointerToTheFrame) {
+    const auto token = std::make_shared<int>();
+    const TypeParam* const frame = new TokenFamily<TypeParam>(token, false);
+    ASSERT_EQ(token.use_count(), 2);
+    delete frame;
+    EXPECT_EQ(token.use_count(), 1);
+}
+
+TYPED_TEST(FamilyFrame, IsDestroyedWhenTheFamilysConstructorThrows) {
+    const auto token = std::make_shared<int>();
+    EXPECT_THROW(TokenFamily<TypeParam>(token, true), std::runtime_error);
+    EXPECT_EQ(token.use_count(), 1);
+}
+
+/// Slot of a virtual operation. A pointer to a virtual member begins with the byte offset of the
+/// slot in the virtual table, on some processors plus one.
+template <class Operation>
+std::size_t slotOf(Operation operation) {
+    std::size_t offset = 0;
+    static_assert(sizeof(operation) >= sizeof(offset));
+    std::memcpy(&offset, &operation, sizeof(offset));
+    return offset / sizeof(void*);
+}
+
+TYPED_TEST(FamilyFrame, HasItsVirtualOperationsInTheHostsOrder) {
+    EXPECT_EQ(slotOf(&TypeParam::runBlockRules), 0U);
+    EXPECT_EQ(slotOf(&TypeParam::getAttribMap), 1U);
+    // The two forms of the destructor, of which no pointer can be taken, fill slots 2 and 3.
+    EXPECT_EQ(slotOf(&TypeParam::getAttributes), 4U);
+    EXPECT_EQ(slotOf(&TypeParam::getMemContent), 5U);
+    EXPECT_EQ(slotOf(&TypeParam::getOutClkFrequencies), 6U);
+    EXPECT_EQ(slotOf(&TypeParam::updateELF), 7U);
+}
+
+TEST(LiveFrame, HasTheFabricMemoryQuestionInTheLastSlot) {
+    EXPECT_EQ(slotOf(&lane_cfg_instance::isFabricBramNeeded), 8U);
+}
+
+TEST(LiveFrame, NeedsNoFabricMemory) {
+    EXPECT_FALSE(lane_cfg_instance("x", "SXB", {}, {}, {}, {}, {}, {}).isFabricBramNeeded());
+}
+
+template <class Frame, class = void>
+struct AsksForFabricMemory : std::false_type {};
+
+template <class Frame>
+struct AsksForFabricMemory<Frame,
+                           std::void_t<decltype(std::declval<Frame&>().isFabricBramNeeded())>>
+    : std::true_type {};
+
+TEST(FrozenFrame, HasNoFabricMemoryQuestion) {
+    EXPECT_TRUE(AsksForFabricMemory<lane_cfg_instance>::value);
+    EXPECT_FALSE(AsksForFabricMemory<lane_cfg_instance_iter_stable>::value);
+}
+
+}  // namespace
