@@ -15,7 +15,6 @@ using lanecfg_test::countedRates;
 using lanecfg_test::rateList;
 using sable_lanecfg::ruleValue;
 using sable_lanecfg::userParamStore;
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;

@@ -10,23 +10,30 @@ namespace sable_lanecfg {
 
 namespace {
 
-/// What stands between the prefix and the name in the key of a register.
-enum class unitNumber { none, channel, block };
+enum class keyPrefix : unsigned char { attribute, port };
+
+/// Number behind the unit's name in the key of a register.
+enum class unitNumber : unsigned char { none, channel, block };
 
 /// Key of a register's value by the start of its block type; the first matching row counts.
 struct attributeKeyForm {
     const char* typeStart;
-    bool isPort;
     const char* unit;
+    keyPrefix prefix;
     unitNumber number;
 };
 
 constexpr attributeKeyForm attributeKeyForms[] = {
-    {"rcal", false, "RCALBG", unitNumber::block}, {"hs_clk", false, "HSCLK", unitNumber::block},
-    {"ctrl", false, "", unitNumber::none},        {"CH_PORT", true, "CH", unitNumber::channel},
-    {"CH", false, "CH", unitNumber::channel},     {"channel", false, "CH", unitNumber::channel},
-    {"dual", false, "", unitNumber::none},        {"HSCLK", true, "HSCLK", unitNumber::block},
-    {"QUAD_PORT", true, "", unitNumber::none},    {"DUAL_PORT", true, "", unitNumber::none},
+    {"rcal", "RCALBG", keyPrefix::attribute, unitNumber::block},
+    {"hs_clk", "HSCLK", keyPrefix::attribute, unitNumber::block},
+    {"ctrl", "", keyPrefix::attribute, unitNumber::none},
+    {"CH_PORT", "CH", keyPrefix::port, unitNumber::channel},
+    {"CH", "CH", keyPrefix::attribute, unitNumber::channel},
+    {"channel", "CH", keyPrefix::attribute, unitNumber::channel},
+    {"dual", "", keyPrefix::attribute, unitNumber::none},
+    {"HSCLK", "HSCLK", keyPrefix::port, unitNumber::block},
+    {"QUAD_PORT", "", keyPrefix::port, unitNumber::none},
+    {"DUAL_PORT", "", keyPrefix::port, unitNumber::none},
 };
 
 }  // namespace
@@ -66,7 +73,7 @@ std::string gt_rule_engine::attributeKey(const std::string& name, const std::str
     if (form == std::end(attributeKeyForms)) {
         return {};
     }
-    std::string key = (form->isPort ? portPrefix : attributePrefix) + form->unit;
+    std::string key = (form->prefix == keyPrefix::port ? portPrefix : attributePrefix) + form->unit;
     if (form->number == unitNumber::channel) {
         key += std::to_string(channel) + "_";
     } else if (form->number == unitNumber::block) {

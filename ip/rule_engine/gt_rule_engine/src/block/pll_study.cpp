@@ -39,7 +39,10 @@ void enterPllRates(float lineRate, const pllReach& reach, int rate,
 template <class T>
 T parameterOf(const std::map<std::string, ruleValue>& rate, const std::string& name) {
     const auto entry = rate.find(name);
-    return boost::get<T>(entry == rate.end() ? ruleValue() : entry->second);
+    if (entry == rate.end()) {
+        throw boost::bad_get();
+    }
+    return boost::get<T>(entry->second);
 }
 
 }  // namespace
