@@ -23,5 +23,7 @@ function(lanecfg_add_test name)
     target_link_libraries(${name} PRIVATE
         lanecfg_options lanecfg_test_support ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
-        PROPERTIES TIMEOUT 120)
+        PROPERTIES
+            TIMEOUT 120
+            ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leak_suppressions.txt:print_suppressions=0")
 endfunction()

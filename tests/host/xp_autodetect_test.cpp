@@ -1,4 +1,4 @@
-#include "host/compressed_content.h"
+#include "support/compressed_content.h"
 #include "support/temporary_directory.h"
 
 #include <lanecfg/host/strmio_iostreams.h>

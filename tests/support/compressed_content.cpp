@@ -1,4 +1,4 @@
-#include "host/compressed_content.h"
+#include "support/compressed_content.h"
 
 #include <boost/iostreams/device/back_inserter.hpp>
 #include <boost/iostreams/filter/gzip.hpp>
