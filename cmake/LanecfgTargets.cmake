@@ -23,7 +23,9 @@ function(lanecfg_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE
-        lanecfg_options lanecfg_test_support ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+        lanecfg_test_options lanecfg_test_support ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+    # What nearly every test includes is parsed once.
+    target_precompile_headers(${name} REUSE_FROM lanecfg_test_headers)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
         PROPERTIES
             TIMEOUT 120

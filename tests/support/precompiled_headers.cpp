@@ -1,0 +1,1 @@
+// A source for the target that owns the precompiled headers of all tests.
