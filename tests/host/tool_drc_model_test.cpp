@@ -57,6 +57,8 @@ class SampleModel : public ToolDRCModel {
         registerUpdateProc("remember", {"B", "A"}, rememberRecord);
         registerUpdateProc("change", {"A"}, changeEverything);
         registerUpdateProc("throw", {"A"}, changeThenThrow);
+        // A record of the model's own making, with something in each field.
+        updateProcs_["prefilled"] = {{"prefilled", {{"B", "own"}}, {"own"}, true}, rememberRecord};
         validateProcs_["accept"] = {updater(), acceptAll};
         validateProcs_["reject"] = {updater(), rejectAll};
         updateGuiProcs_["display"] = {updater(), changeEverything};
@@ -93,8 +95,8 @@ TEST_F(ToolDRCModelTest, HasItsIdentifier) {
 }
 
 TEST_F(ToolDRCModelTest, GivesTheBodyOnlyTheGivenValuesAnEmptyRangeAndNotEnabled) {
-    update("remember");
-    EXPECT_EQ(seen.name, "remember");
+    update("prefilled");
+    EXPECT_EQ(seen.name, "prefilled");
     EXPECT_THAT(seen.values, ElementsAre(Pair("A", "given")));
     EXPECT_THAT(seen.range, IsEmpty());
     EXPECT_FALSE(seen.enabled);
@@ -184,7 +186,8 @@ TEST_F(ToolDRCModelTest, LeavesTheNamesForAnUnknownProcedure) {
 }
 
 TEST_F(ToolDRCModelTest, ListsItsUpdateProceduresAlphabetically) {
-    EXPECT_THAT(model_.getUpdateProcNames(), ElementsAre("change", "remember", "throw"));
+    EXPECT_THAT(model_.getUpdateProcNames(),
+                ElementsAre("change", "prefilled", "remember", "throw"));
 }
 
 TEST_F(ToolDRCModelTest, TakesTheLastRegistrationOfAName) {

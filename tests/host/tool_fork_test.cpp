@@ -6,9 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <unistd.h>
 
 using lanecfg_test::EnvironmentVariable;
 using lanecfg_test::readFile;
@@ -54,6 +56,25 @@ class CurrentDirectory {
 
   private:
     std::filesystem::path previous_;
+};
+
+/// Makes a file the standard input while it lives.
+class StandardInput {
+  public:
+    explicit StandardInput(const std::string& path) : previous_(dup(STDIN_FILENO)) {
+        const int file = open(path.c_str(), O_RDONLY);
+        dup2(file, STDIN_FILENO);
+        close(file);
+    }
+    ~StandardInput() {
+        dup2(previous_, STDIN_FILENO);
+        close(previous_);
+    }
+    StandardInput(const StandardInput&) = delete;
+    StandardInput& operator=(const StandardInput&) = delete;
+
+  private:
+    int previous_;
 };
 
 TEST_F(ToolForkTest, GivesTheExitStatus) {
@@ -136,7 +157,8 @@ TEST_F(ToolForkTest, PassesTheEnvironmentAndKeepsTheCallers) {
     EXPECT_STREQ(std::getenv("LANECFG_TOOL_FORK_TEST"), "passed");
 }
 
-TEST_F(ToolForkTest, GivesTheProgramAnEmptyInputInsteadOfWaiting) {
+TEST_F(ToolForkTest, GivesTheProgramAnEmptyInputInsteadOfTheCallers) {
+    const StandardInput callers(directory_.write("input", "for the caller"));
     EXPECT_EQ(runScript("cat; exit 6"), 6);
     EXPECT_EQ(log(), "");
 }

@@ -6,8 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <iostream>
+#include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 using lanecfg_test::CapturedMessages;
@@ -108,17 +110,20 @@ TEST(ToolMsgMgrSink, IsGivenBackWhenReplaced) {
     EXPECT_THAT(outer.texts(), ElementsAre("to the outer"));
 }
 
-TEST(ToolMsgMgrSink, MayReplaceItselfWhileItRuns) {
+TEST(ToolMsgMgrSink, MayReplaceItselfAndLivesUntilItReturns) {
     const CapturedMessages restoresTheSinkAtTheEnd;
-    std::vector<std::string> later;
-    ToolMsgMgr::setSink([&later, text = std::string("first sink")](const ToolMsgRecord&) {
+    std::vector<std::string> events;
+    auto token = std::make_shared<int>();
+    const std::weak_ptr<int> held = token;
+    ToolMsgMgr::setSink([&events, &held, token = std::move(token)](const ToolMsgRecord&) {
         ToolMsgMgr::setSink(
-            [&later](const ToolMsgRecord& record) { later.push_back(record.text()); });
-        later.push_back(text);
+            [&events](const ToolMsgRecord& record) { events.push_back(record.text()); });
+        events.emplace_back(held.expired() ? "gone" : "still alive");
     });
     send(ToolMsgSeverity::info, "replaces");
     send(ToolMsgSeverity::info, "arrives");
-    EXPECT_THAT(later, ElementsAre("first sink", "arrives"));
+    EXPECT_THAT(events, ElementsAre("still alive", "arrives"));
+    EXPECT_TRUE(held.expired());
 }
 
 /// With the default sink in place and standard error caught.

@@ -91,6 +91,13 @@ TEST_F(XpAutodetect, GivesAFileOfOneByteAsItIs) {
     }
 }
 
+TEST_F(XpAutodetect, GivesAFileAsItIsWhoseHeaderIsAlmostRight) {
+    // Second byte of gzip wrong; no multiple of 31; multiple of 31, but a window of 8.
+    for (const char* text : {"\x1f\x8c text", "\x78\x02 text", "\x88\x1c text"}) {
+        EXPECT_EQ(through(text), text);
+    }
+}
+
 TEST_F(XpAutodetect, NeverMistakesTheBeginningOfJsonTextForACompressedFile) {
     for (const int first : {0x7b, 0x5b, 0x20, 0x09, 0x0a, 0x0d, 0xef, 0xfe, 0xff}) {
         for (int second = 0; second <= 0xff; ++second) {
