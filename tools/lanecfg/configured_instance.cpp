@@ -1,0 +1,129 @@
+#include "configured_instance.h"
+
+#include "errors.h"
+#include "standard_output_guard.h"
+
+#include <lanecfg/lane_cfg_ip_mgr.h>
+
+namespace sable_lanecfg::tool {
+namespace {
+
+const std::string instanceName = "lanecfg";
+
+void initialise(const Request& request, const Database& database) {
+    const RuleSet& rules = *request.rules;
+    const RequestDictionaries& dictionaries = request.dictionaries;
+    if (request.isDictionaryForm) {
+        lane_cfg_ip_mgr::initilizeDataWithDict(
+            instanceName, rules.family, rules.selector, request.part, dictionaries.options,
+            dictionaries.laneUsage, dictionaries.quadUsage, dictionaries.userParams,
+            database.parametersFile(), database.registersFile(), database.deviceFile());
+    } else {
+        lane_cfg_ip_mgr::initilizeData(instanceName, rules.family, rules.selector,
+                                       database.parametersFile(), request.file,
+                                       database.registersFile(), database.deviceFile());
+    }
+}
+
+bool isStable(const RuleSet& rules) {
+    return rules.selector == "stable";
+}
+
+const gt_rule_engine* madeEngine(const RuleSet& rules) {
+    if (isStable(rules)) {
+        return lane_cfg_ip_mgr::getIterStableIPInstance(instanceName);
+    }
+    return lane_cfg_ip_mgr::getIPInstance(instanceName);
+}
+
+/// Whether the library has entered the name, with or without an instance behind it.
+bool isNameKnown(const RuleSet& rules) {
+    return isStable(rules) ? lane_cfg_ip_mgr::m_iter_stable_instances.count(instanceName) != 0
+                           : lane_cfg_ip_mgr::m_instances.count(instanceName) != 0;
+}
+
+[[noreturn]] void throwNoInstance(const Request& request) {
+    const RuleSet& rules = *request.rules;
+    if (isNameKnown(rules)) {
+        throw RequestError("Request " + request.file + ": the " + rules.selector + " rules of " +
+                           rules.family +
+                           " are not part of this build. lanecfg families lists "
+                           "those that are.");
+    }
+    throw RequestError("Request " + request.file +
+                       " can't be loaded; the messages before this "
+                       "one tell why. Its parameters must be declared in the database's "
+                       "parameters.json, with values of their types.");
+}
+
+void warnOfMissingPart(const Request& request, Console& console) {
+    if (request.isDictionaryForm && request.part.empty()) {
+        console.warning("Request " + request.file +
+                        " has no part name: the silicon revision is "
+                        "empty, and lanes are taken in the order of their keys. Give --part or "
+                        "the key \"part\".");
+    }
+}
+
+}  // namespace
+
+ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& database,
+                                       Console& console)
+    : request_(request), console_(console) {
+    warnOfMissingPart(request, console);
+    console.progress("Running the " + request.rules->selector + " rules of " +
+                     request.rules->family + " on " + request.file);
+    try {
+        const StandardOutputGuard guard;
+        initialise(request, database);
+    } catch (...) {
+        throw RequestError("Request " + request.file + " failed: " + currentExceptionText());
+    }
+    engine_ = madeEngine(*request.rules);
+    if (engine_ == nullptr) {
+        throwNoInstance(request);
+    }
+}
+
+ConfiguredInstance::~ConfiguredInstance() {
+    console_.endProgress();
+    lane_cfg_ip_mgr::releaseData(instanceName);
+}
+
+template <class Query>
+textMap ConfiguredInstance::ask(const char* what, const Query& query) {
+    console_.progress(std::string("Asking for the ") + what);
+    try {
+        const StandardOutputGuard guard;
+        const textMap answer =
+            query(instanceName, request_.rules->family, request_.rules->selector);
+        console_.endProgress();
+        return answer;
+    } catch (...) {
+        throw RequestError("Request " + request_.file + ": no " + what + ": " +
+                           currentExceptionText());
+    }
+}
+
+textMap ConfiguredInstance::attributes() {
+    return ask("attributes", lane_cfg_ip_mgr::getAttributes);
+}
+
+textMap ConfiguredInstance::outputClocks() {
+    return ask("output clocks", lane_cfg_ip_mgr::getOutClkFrequencies);
+}
+
+textMap ConfiguredInstance::memoryImage() {
+    return ask("memory image", lane_cfg_ip_mgr::getMemContent);
+}
+
+std::vector<std::string> ConfiguredInstance::log() {
+    return lane_cfg_ip_mgr::getLogContent();
+}
+
+RequestRun::RequestRun(const RequestOptions& options, Console& console)
+    : request(readRequest(options)),
+      database(findDatabase(chooseDatabaseRoot(options.database), *request.rules)),
+      instance(request, database, console) {}
+
+}  // namespace sable_lanecfg::tool

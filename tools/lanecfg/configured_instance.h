@@ -1,0 +1,58 @@
+#pragma once
+
+#include "console.h"
+#include "database.h"
+#include "request.h"
+
+#include <lanecfg/gt_rule_engine.h>
+
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg::tool {
+
+/// A request that the library has run, and its answers. The library keeps one instance of a
+/// selector at a time, so one of these has to end before the next begins; answers are copies.
+///
+/// Making the rate table clears the log and adjusts snapshots. A subcommand with several answers
+/// asks in this order: attributes, output clocks, memory image, fabric memory, table size; and
+/// for the log after the memory image.
+class ConfiguredInstance {
+  public:
+    /// Runs the request. Throws RequestError when no instance comes of it.
+    ConfiguredInstance(const Request& request, const Database& database, Console& console);
+    ~ConfiguredInstance();
+    ConfiguredInstance(const ConfiguredInstance&) = delete;
+    ConfiguredInstance& operator=(const ConfiguredInstance&) = delete;
+
+    /// Register words by prefixed name.
+    textMap attributes();
+    /// Output clocks (MHz) by name.
+    textMap outputClocks();
+    /// Memory image, section text by load address.
+    textMap memoryImage();
+    /// Log lines since the last rate table.
+    static std::vector<std::string> log();
+
+    /// The engine with its snapshots.
+    const gt_rule_engine& engine() const { return *engine_; }
+
+  private:
+    template <class Query>
+    textMap ask(const char* what, const Query& query);
+
+    const Request& request_;
+    Console& console_;
+    const gt_rule_engine* engine_ = nullptr;
+};
+
+/// Reads the request, finds its database, and gives both to `ConfiguredInstance`.
+struct RequestRun {
+    RequestRun(const RequestOptions& options, Console& console);
+
+    Request request;
+    Database database;
+    ConfiguredInstance instance;
+};
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg::tool {
+
+/// One rule set that a request can ask for.
+struct RuleSet {
+    std::string family;    ///< family word, for example "SXB"
+    std::string selector;  ///< "live" or "stable"
+    std::string folder;    ///< name of its folder in a collection of databases
+    /// Entries of the device data that its rules or its packing read.
+    std::vector<std::string> limits;
+};
+
+/// All rule sets, by family and selector.
+const std::vector<RuleSet>& ruleSets();
+
+/// Family words and selector words, each once.
+std::vector<std::string> familyWords();
+std::vector<std::string> selectorWords();
+
+/// The rule set of a family and selector, null when there is none. The selector is taken in any
+/// case of letters.
+const RuleSet* findRuleSet(const std::string& family, const std::string& selector);
+
+/// The rule sets whose database folder has this name.
+std::vector<const RuleSet*> ruleSetsOfFolder(const std::string& folderName);
+
+/// Words as "A, B, C".
+std::string listed(const std::vector<std::string>& words);
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,61 @@
+#include "database.h"
+#include "idle_run.h"
+#include "output.h"
+#include "subcommand.h"
+
+#include <lanecfg/rule_engine_utilities.h>
+
+namespace sable_lanecfg::tool {
+namespace {
+
+struct FamiliesOptions {
+    std::string database;
+    OutputOptions output;
+};
+
+/// Folder of a rule set's database, none when there is none.
+std::optional<Database> databaseOf(const DatabaseRoot& root, const RuleSet& rules) {
+    try {
+        return findDatabase(root, rules);
+    } catch (const RequestError&) {
+        return std::nullopt;
+    }
+}
+
+std::vector<Cell> rowOf(const RuleSet& rules, const DatabaseRoot& root) {
+    const std::optional<Database> database = databaseOf(root, rules);
+    const bool isAvailable = database && isRuleSetBuilt(rules, *database);
+    return {Cell(rules.family), Cell(rules.selector),
+            Cell(rule_engine_utilities::ChPerBlock(rules.family)),
+            Cell(isAvailable ? "yes" : "no", isAvailable),
+            database ? Cell(database->folder.string()) : Cell("none", nullptr)};
+}
+
+ExitCode run(const FamiliesOptions& options, Console& console) {
+    const DatabaseRoot root = chooseDatabaseRoot(options.database);
+    Answer answer;
+    answer.table.columns = {"family", "selector", "channels", "available", "database"};
+    for (const RuleSet& rules : ruleSets()) {
+        console.progress("Looking at the " + rules.selector + " rules of " + rules.family);
+        answer.table.rows.push_back(rowOf(rules, root));
+    }
+    console.endProgress();
+    writeAnswer(answer, options.output);
+    return ExitCode::done;
+}
+
+}  // namespace
+
+void addFamiliesCommand(CLI::App& program, Work& chosen) {
+    addSubcommand<FamiliesOptions>(
+        program, chosen, "families",
+        "Families and selectors, channels of a quad, and where each database is",
+        "lanecfg families --format json",
+        [](CLI::App& command, FamiliesOptions& options) {
+            addDatabaseOption(command, options.database);
+            addOutputOptions(command, options.output);
+        },
+        run);
+}
+
+}  // namespace sable_lanecfg::tool

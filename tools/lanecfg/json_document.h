@@ -1,0 +1,26 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg::tool {
+
+/// A JSON file as read.
+struct JsonDocument {
+    nlohmann::json root;
+    /// Keys that stand more than once in their object, as paths; the last value is in `root`.
+    std::vector<std::string> repeatedKeys;
+};
+
+/// What to keep of the lists in a document.
+enum class Lists { whole, emptied };
+
+/// Reads a JSON file, stored plain, gzipped or zlib packed. `Lists::emptied` keeps of each list
+/// only that it is there, so that a large one costs no memory. Throws RequestError, naming the file
+/// and the place of the fault, when the file can't be read, is not JSON, is nested deeper than 256
+/// levels or holds more than a million values.
+JsonDocument readJsonDocument(const std::string& file, Lists lists);
+
+}  // namespace sable_lanecfg::tool

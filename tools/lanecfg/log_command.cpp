@@ -1,0 +1,48 @@
+#include "configured_instance.h"
+#include "output.h"
+#include "subcommand.h"
+
+namespace sable_lanecfg::tool {
+namespace {
+
+struct LogOptions {
+    RequestOptions request;
+    OutputOptions output;
+};
+
+/// The log tells about all answers up to the memory image, whose rate table begins it anew.
+std::vector<std::string> logOf(ConfiguredInstance& instance) {
+    instance.attributes();
+    instance.outputClocks();
+    instance.memoryImage();
+    return ConfiguredInstance::log();
+}
+
+ExitCode run(const LogOptions& options, Console& console) {
+    RequestRun run(options.request, console);
+    Answer answer;
+    answer.table.columns = {"line"};
+    answer.table.hasHeading = false;
+    answer.document = Json::array();
+    for (const std::string& line : logOf(run.instance)) {
+        answer.table.rows.push_back({Cell(line)});
+        answer.document->push_back(line);
+    }
+    writeAnswer(answer, options.output);
+    return ExitCode::done;
+}
+
+}  // namespace
+
+void addLogCommand(CLI::App& program, Work& chosen) {
+    addSubcommand<LogOptions>(
+        program, chosen, "log", "Log lines that the library writes about a request",
+        "lanecfg log data/requests/sxa_basic.json -o run.log",
+        [](CLI::App& command, LogOptions& options) {
+            addRequestOptions(command, options.request);
+            addOutputOptions(command, options.output);
+        },
+        run);
+}
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,59 @@
+#include "commands.h"
+#include "console.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+namespace {
+
+using sable_lanecfg::tool::Console;
+using sable_lanecfg::tool::ExitCode;
+using sable_lanecfg::tool::Work;
+
+void addCommands(CLI::App& program, Work& chosen) {
+    using namespace sable_lanecfg::tool;
+    addAttributesCommand(program, chosen);
+    addSnapshotCommand(program, chosen);
+    addLogCommand(program, chosen);
+    addFamiliesCommand(program, chosen);
+    addCheckDatabaseCommand(program, chosen);
+}
+
+ExitCode perform(const Work& work) {
+    Console console;
+    try {
+        const ExitCode code = work(console);
+        const bool hasFailed = code == ExitCode::done && console.errorCount() > 0;
+        return hasFailed ? ExitCode::failed : code;
+    } catch (const sable_lanecfg::tool::UsageError& error) {
+        console.error(error.what());
+        return ExitCode::usage;
+    } catch (...) {
+        console.error(sable_lanecfg::tool::currentExceptionText());
+        return ExitCode::failed;
+    }
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    CLI::App program(
+        "Configures multi-gigabit serial transceivers: from a request and a device "
+        "database to registers.",
+        "lanecfg");
+    program.footer(
+        "Example:\n  lanecfg attributes data/requests/sxa_basic.json\n\n"
+        "Exit codes: 0 done, 1 the request failed, 2 wrong usage.");
+    program.set_version_flag("--version", LANECFG_VERSION);
+    program.require_subcommand(1);
+    Work chosen;
+    addCommands(program, chosen);
+    try {
+        program.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& error) {
+        const bool isHelp = program.exit(error) == 0;
+        return static_cast<int>(isHelp ? ExitCode::done : ExitCode::usage);
+    }
+    return static_cast<int>(perform(chosen));
+}

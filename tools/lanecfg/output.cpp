@@ -1,0 +1,61 @@
+#include "output.h"
+
+#include "errors.h"
+#include "output_file.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+namespace sable_lanecfg::tool {
+namespace {
+
+constexpr int jsonIndent = 2;
+
+std::string textForm(const Answer& answer) {
+    std::string result;
+    // An empty table says nothing beside a remark.
+    if (!answer.table.rows.empty() || answer.remarks.empty()) {
+        result = alignedText(answer.table);
+    }
+    for (const std::string& remark : answer.remarks) {
+        result += remark + '\n';
+    }
+    return result;
+}
+
+std::string rendered(const Answer& answer, const std::string& format) {
+    if (format == "json") {
+        const Json document = answer.document ? *answer.document : jsonRows(answer.table);
+        return document.dump(jsonIndent, ' ', false, Json::error_handler_t::replace) + '\n';
+    }
+    return format == "csv" ? csvText(answer.table) : textForm(answer);
+}
+
+}  // namespace
+
+void addOutputOptions(CLI::App& command, OutputOptions& options) {
+    command.add_option("--format", options.format, "Form of the answer")
+        ->check(CLI::IsMember({"text", "json", "csv"}))
+        ->capture_default_str();
+    command
+        .add_option("-o,--output", options.file,
+                    "Write the answer to this file, whole or not at all")
+        ->type_name("FILE");
+}
+
+void writeAnswer(const Answer& answer, const OutputOptions& options) {
+    const std::string text = rendered(answer, options.format);
+    if (!options.file.empty()) {
+        writeWholeFile(options.file, text);
+        return;
+    }
+    std::cout << text << std::flush;
+    if (!std::cout) {
+        throw RequestError(
+            "Cannot write to standard output. Is the disk full, or has its reader "
+            "ended?");
+    }
+}
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "table.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace sable_lanecfg::tool {
+
+/// How and where a subcommand answers.
+struct OutputOptions {
+    std::string format = "text";  ///< "text", "json" or "csv"
+    std::string file;             ///< empty for standard output
+};
+
+/// What a subcommand answers.
+struct Answer {
+    Table table;
+    std::optional<Json> document;      ///< JSON form, the rows of the table unless given
+    std::vector<std::string> remarks;  ///< lines that end the form for people
+};
+
+/// Gives a subcommand the options --format and -o.
+void addOutputOptions(CLI::App& command, OutputOptions& options);
+
+/// Writes the answer where the options want it. Throws RequestError when that can't be done.
+void writeAnswer(const Answer& answer, const OutputOptions& options);
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "finding.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+
+namespace sable_lanecfg::tool {
+
+/// Checks a parameter types file: each parameter has its three texts, a known type and a default
+/// that is wholly a value of it. Gives the number of parameters.
+std::size_t checkParameters(const nlohmann::json& root, FindingList& findings);
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,132 @@
+#include "snapshot_rows.h"
+
+#include "errors.h"
+
+#include <lanecfg/rule_engine_utilities.h>
+
+#include <boost/algorithm/string/join.hpp>
+
+#include <algorithm>
+#include <array>
+#include <fnmatch.h>
+#include <set>
+#include <utility>
+
+namespace sable_lanecfg::tool {
+namespace {
+
+/// Names of the alternatives of ruleValue, by index.
+constexpr std::array<const char*, 7> typeNames = {"blank", "text",   "unsigned", "flag",
+                                                  "float", "double", "list"};
+
+struct JsonOfValue : boost::static_visitor<Json> {
+    Json operator()(const boost::blank& /*value*/) const { return nullptr; }
+    template <class T>
+    Json operator()(const T& value) const {
+        return value;
+    }
+};
+
+/// Text of a variable in the library's listing form.
+std::string listedText(const varInfo& variable) {
+    return rule_engine_utilities::serializeMap({{"", variable}}).begin()->second[1];
+}
+
+std::string textOfList(const std::vector<double>& list) {
+    std::vector<std::string> elements;
+    for (const double element : list) {
+        elements.push_back(listedText({boost::none, element}));
+    }
+    return "[" + boost::algorithm::join(elements, ", ") + "]";
+}
+
+bool isWanted(const std::vector<unsigned>& wanted, unsigned number) {
+    return wanted.empty() || std::find(wanted.begin(), wanted.end(), number) != wanted.end();
+}
+
+bool matchesName(const std::vector<std::string>& patterns, const std::string& name) {
+    return patterns.empty() ||
+           std::any_of(patterns.begin(), patterns.end(), [&name](const std::string& pattern) {
+               return fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
+           });
+}
+
+/// The channel and the rates of one snapshot.
+struct PassLabel {
+    unsigned channel;
+    unsigned txRate;
+    unsigned rxRate;
+};
+
+unsigned labelValue(const variableMap& snapshot, const char* name) {
+    const auto found = snapshot.find(name);
+    const unsigned* const value =
+        found == snapshot.end() ? nullptr : boost::get<unsigned>(&found->second.value);
+    return value == nullptr ? 0 : *value;
+}
+
+PassLabel labelOf(std::size_t channel, const variableMap& snapshot) {
+    return {static_cast<unsigned>(channel), labelValue(snapshot, "TX"), labelValue(snapshot, "RX")};
+}
+
+void appendRows(const PassLabel& label, const variableMap& snapshot,
+                const std::vector<std::string>& patterns, Table& table) {
+    for (const auto& [name, variable] : snapshot) {
+        if (!matchesName(patterns, name)) {
+            continue;
+        }
+        const auto type = static_cast<std::size_t>(variable.value.which());
+        const Json rule = variable.ruleNumber ? Json(*variable.ruleNumber) : Json();
+        table.rows.push_back({Cell(label.channel), Cell(label.txRate), Cell(label.rxRate),
+                              Cell(name), Cell(typeNames[type]), valueCell(variable), Cell(rule)});
+    }
+}
+
+std::string passesAtHand(const std::vector<std::vector<variableMap>>& snapshots) {
+    std::vector<std::string> channels;
+    for (std::size_t channel = 0; channel < snapshots.size(); ++channel) {
+        unsigned highestTx = 0;
+        unsigned highestRx = 0;
+        for (const variableMap& snapshot : snapshots[channel]) {
+            const PassLabel label = labelOf(channel, snapshot);
+            highestTx = std::max(highestTx, label.txRate);
+            highestRx = std::max(highestRx, label.rxRate);
+        }
+        channels.push_back("channel " + std::to_string(channel) + " has transmit rates 0 to " +
+                           std::to_string(highestTx) + " and receive rates 0 to " +
+                           std::to_string(highestRx));
+    }
+    return boost::algorithm::join(channels, "; ");
+}
+
+}  // namespace
+
+Table snapshotRows(const std::vector<std::vector<variableMap>>& snapshots,
+                   const SnapshotFilter& filter) {
+    Table table;
+    table.columns = {"channel", "tx_rate", "rx_rate", "name", "type", "value", "rule"};
+    for (std::size_t channel = 0; channel < snapshots.size(); ++channel) {
+        for (const variableMap& snapshot : snapshots[channel]) {
+            const PassLabel label = labelOf(channel, snapshot);
+            if (isWanted(filter.channels, label.channel) &&
+                isWanted(filter.txRates, label.txRate) && isWanted(filter.rxRates, label.rxRate)) {
+                appendRows(label, snapshot, filter.names, table);
+            }
+        }
+    }
+    if (table.rows.empty()) {
+        throw RequestError(
+            "No variable of any pass matches --name, --channel, --tx-rate and "
+            "--rx-rate together. There are: " +
+            passesAtHand(snapshots) + ".");
+    }
+    return table;
+}
+
+Cell valueCell(const varInfo& variable) {
+    const auto* const list = boost::get<std::vector<double>>(&variable.value);
+    std::string text = list != nullptr ? textOfList(*list) : listedText(variable);
+    return {std::move(text), boost::apply_visitor(JsonOfValue(), variable.value)};
+}
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <string>
+
+namespace sable_lanecfg::tool {
+
+/// Adds a subcommand whose options are an `Options` and whose work is `run(options, console)`.
+/// `addOptions(command, options)` declares them; the example stands at the end of its help.
+template <class Options, class AddOptions, class Run>
+void addSubcommand(CLI::App& program, Work& chosen, const std::string& name,
+                   const std::string& description, const std::string& example,
+                   const AddOptions& addOptions, const Run& run) {
+    CLI::App& command = *program.add_subcommand(name, description);
+    command.footer("Example:\n  " + example);
+    const auto options = std::make_shared<Options>();
+    addOptions(command, *options);
+    command.callback([&chosen, options, run] {
+        chosen = [options, run](Console& console) { return run(*options, console); };
+    });
+}
+
+}  // namespace sable_lanecfg::tool

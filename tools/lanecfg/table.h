@@ -1,0 +1,38 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg::tool {
+
+/// JSON whose members keep the order in which they were entered.
+using Json = nlohmann::ordered_json;
+
+/// One cell: its text for people and CSV, its value for JSON.
+struct Cell {
+    explicit Cell(Json cellValue);
+    Cell(std::string cellText, Json cellValue);
+
+    std::string text;
+    Json value;
+};
+
+/// Rows under named columns, the form of every answer of the program.
+struct Table {
+    std::vector<std::string> columns;
+    std::vector<std::vector<Cell>> rows;
+    bool hasHeading = true;  ///< whether the aligned form begins with the column names
+};
+
+/// Columns in line, numbers to the right; control characters are shown escaped.
+std::string alignedText(const Table& table);
+/// Comma separated values as RFC 4180 has them, with line feeds as line ends.
+std::string csvText(const Table& table);
+/// A list of objects with the column names as keys.
+Json jsonRows(const Table& table);
+/// JSON as the program prints it; bytes that are no UTF-8 are replaced.
+std::string jsonText(const Json& document);
+
+}  // namespace sable_lanecfg::tool
