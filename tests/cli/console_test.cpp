@@ -1,0 +1,133 @@
+#include "console.h"
+
+#include "cli/command_line.h"
+#include "support/captured_messages.h"
+
+#include <lanecfg/rule_engine_utilities.h>
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace lanecfg_test {
+namespace {
+
+using sable_lanecfg::rule_engine_utilities;
+using sable_lanecfg::tool::Console;
+using testing::HasSubstr;
+
+TEST(ConsoleMessages, HaveTheirSeverityAndStandOnStandardError) {
+    testing::internal::CaptureStderr();
+    {
+        const Console console;
+        for (const char* const severity : {"info", "warning", "critical_warning", "error"}) {
+            rule_engine_utilities::addMessage("100% of it", severity);
+        }
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "INFO: 100% of it\n"
+              "WARNING: 100% of it\n"
+              "CRITICAL WARNING: 100% of it\n"
+              "ERROR: 100% of it\n");
+}
+
+TEST(ConsoleMessages, AreCountedWhenTheyAreErrors) {
+    testing::internal::CaptureStderr();
+    Console console;
+    rule_engine_utilities::addMessage("a", "critical_warning");
+    EXPECT_EQ(console.errorCount(), 0);
+    rule_engine_utilities::addMessage("b", "error");
+    console.error("c");
+    console.warning("d");
+    EXPECT_EQ(console.errorCount(), 2);
+    testing::internal::GetCapturedStderr();
+}
+
+TEST(ConsoleMessages, GoToTheSinkBeforeItAfterItsEnd) {
+    const CapturedMessages captured;
+    testing::internal::CaptureStderr();
+    { const Console console; }
+    rule_engine_utilities::addMessage("late", "info");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(captured.texts(), testing::ElementsAre("late"));
+}
+
+TEST(ConsoleProgress, IsShownOnATerminalOnly) {
+    testing::internal::CaptureStderr();
+    {
+        Console console;
+        console.progress("Working");
+        console.endProgress();
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+/// A terminal of the test's own, for the program's standard error.
+class Terminal {
+  public:
+    Terminal() : master_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+        if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0) {
+            throw std::runtime_error("no terminal to be had");
+        }
+        name_ = ptsname(master_);
+        // Kept open, so that what was written can be read after the program has ended.
+        slave_ = open(name_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    }
+    ~Terminal() {
+        close(slave_);
+        close(master_);
+    }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    const std::string& name() const { return name_; }
+
+    std::string written() const {
+        fcntl(master_, F_SETFL, O_NONBLOCK);
+        std::string text(65536, '\0');
+        const ssize_t count = read(master_, text.data(), text.size());
+        text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+        return text;
+    }
+
+  private:
+    int master_;
+    int slave_ = -1;
+    std::string name_;
+};
+
+class OnATerminal : public CommandLine {
+  protected:
+    std::string errorsOf(const std::string& request,
+                         const std::map<std::string, std::string>& environment = {}) const {
+        ProgramStart start;
+        start.arguments = {"attributes", request};
+        start.environment = environment;
+        start.errorsTo = terminal_.name();
+        runProgram(LANECFG_PROGRAM, start);
+        return terminal_.written();
+    }
+
+    Terminal terminal_;
+};
+
+TEST_F(OnATerminal, ErrorsHaveColour) {
+    EXPECT_THAT(errorsOf("/nonexistent.json"),
+                testing::StartsWith("\x1b[1;31mERROR:\x1b[0m Error in parsing the file "));
+}
+
+TEST_F(OnATerminal, ErrorsHaveNoColourWhereTheUserWantsNone) {
+    EXPECT_THAT(errorsOf("/nonexistent.json", {{"NO_COLOR", "1"}}),
+                testing::StartsWith("ERROR: Error in parsing the file "));
+}
+
+TEST_F(OnATerminal, ProgressIsShownAndTakenAway) {
+    const std::string errors = errorsOf(bundledRequestFile("sxa_basic"));
+    EXPECT_THAT(errors, HasSubstr("Running the live rules of SXA on "));
+    EXPECT_THAT(errors, testing::EndsWith("\r\x1b[K"));
+}
+
+}  // namespace
+}  // namespace lanecfg_test

@@ -1,0 +1,75 @@
+#include "json_document.h"
+
+#include "errors.h"
+#include "support/temporary_directory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace lanecfg_test {
+namespace {
+
+using namespace sable_lanecfg::tool;
+
+class JsonDocumentReader : public testing::Test {
+  protected:
+    JsonDocument read(const std::string& content, Lists lists = Lists::whole) const {
+        return readJsonDocument(directory_.write("file.json", content), lists);
+    }
+
+    TemporaryDirectory directory_;
+};
+
+std::string nestedLists(std::size_t levels) {
+    return std::string(levels, '[') + std::string(levels, ']');
+}
+
+TEST_F(JsonDocumentReader, GivesTheSameDocumentAsThePlainParser) {
+    const std::string text =
+        R"({"a": [1, -2, 3.5, "x", true, null, {"b": [[]]}], "c": {}, "d": [{"e": 1}, 2]})";
+    EXPECT_EQ(read(text).root, nlohmann::json::parse(text));
+}
+
+TEST_F(JsonDocumentReader, TakesAScalarRoot) {
+    EXPECT_EQ(read("17").root, 17);
+}
+
+TEST_F(JsonDocumentReader, KeepsOfEmptiedListsOnlyThatTheyAreThere) {
+    EXPECT_EQ(read(R"({"a": [1, [2], {"b": 3}], "c": {"d": [4]}, "e": 5})", Lists::emptied).root,
+              nlohmann::json::parse(R"({"a": [], "c": {"d": []}, "e": 5})"));
+}
+
+TEST_F(JsonDocumentReader, TakesTheLastOfRepeatedKeysAndTellsTheirPaths) {
+    const JsonDocument document =
+        read(R"({"a": {"b": 1, "b": 2}, "l": [{"c": 0, "c": 0}], "a": 3, "d": {"b": 1}})");
+    EXPECT_EQ(document.root.at("a"), 3);
+    EXPECT_THAT(document.repeatedKeys, testing::ElementsAre("a.b", "l..c", "a"));
+}
+
+TEST_F(JsonDocumentReader, TakesTheDeepestNestingAllowed) {
+    EXPECT_NO_THROW(read(nestedLists(256)));
+    EXPECT_NO_THROW(read(nestedLists(256), Lists::emptied));
+}
+
+TEST_F(JsonDocumentReader, RefusesOneLevelMore) {
+    EXPECT_THROW(read(nestedLists(257)), RequestError);
+    EXPECT_THROW(read(nestedLists(257), Lists::emptied), RequestError);
+}
+
+TEST_F(JsonDocumentReader, NamesTheFileAndThePlaceOfAFault) {
+    try {
+        read("{\"a\":\n ]");
+        FAIL() << "taken";
+    } catch (const RequestError& error) {
+        EXPECT_THAT(error.what(), testing::StartsWith("Error in parsing the file " +
+                                                      directory_.file("file.json") + "."));
+        EXPECT_THAT(error.what(), testing::HasSubstr("line 2, column 2"));
+    }
+}
+
+TEST_F(JsonDocumentReader, RefusesTextAfterTheDocument) {
+    EXPECT_THROW(read("{} {}"), RequestError);
+}
+
+}  // namespace
+}  // namespace lanecfg_test

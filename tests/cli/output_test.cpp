@@ -1,0 +1,57 @@
+#include "output.h"
+
+#include "support/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+namespace lanecfg_test {
+namespace {
+
+using namespace sable_lanecfg::tool;
+
+class AnswerForm : public testing::Test {
+  protected:
+    AnswerForm() {
+        answer_.table.columns = {"name"};
+        answer_.table.rows = {{Cell("a")}};
+    }
+
+    std::string written(const std::string& format) const {
+        OutputOptions options;
+        options.format = format;
+        options.file = directory_.file("answer");
+        writeAnswer(answer_, options);
+        return readFile(options.file);
+    }
+
+    Answer answer_;
+    TemporaryDirectory directory_;
+};
+
+TEST_F(AnswerForm, InJsonIsTheRowsOfTheTable) {
+    EXPECT_EQ(written("json"), "[\n  {\n    \"name\": \"a\"\n  }\n]\n");
+}
+
+TEST_F(AnswerForm, InJsonIsTheDocumentWhenThereIsOne) {
+    answer_.document = Json({{"a", 1}});
+    EXPECT_EQ(written("json"), "{\n  \"a\": 1\n}\n");
+}
+
+TEST_F(AnswerForm, InTextEndsWithTheRemarks) {
+    answer_.remarks = {"one", "two"};
+    EXPECT_EQ(written("text"), "NAME\na\none\ntwo\n");
+}
+
+TEST_F(AnswerForm, InTextIsTheRemarksAloneWithoutRows) {
+    answer_.table.rows.clear();
+    answer_.remarks = {"nothing found"};
+    EXPECT_EQ(written("text"), "nothing found\n");
+}
+
+TEST_F(AnswerForm, InCsvHasNoRemarks) {
+    answer_.remarks = {"one"};
+    EXPECT_EQ(written("csv"), "name\na\n");
+}
+
+}  // namespace
+}  // namespace lanecfg_test
