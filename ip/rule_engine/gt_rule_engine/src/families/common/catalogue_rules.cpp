@@ -16,19 +16,37 @@ namespace {
     throw std::logic_error("register catalogue: " + name + " " + problem);
 }
 
-ruleDeclarer constantRule(const std::string& name, unsigned int value) {
-    return [name, value](rule_declaration& rule) {
-        const auto written = rule.writes(name);
-        rule.body([=] { written.set(value); });
-    };
+/// The variable of a name that is to be the first output of the next rule.
+variable& enteredOutput(rule_engine_base& engine, const std::string& name) {
+    engine.addVertex(name, varInfo());
+    return *engine.findVariable(name);
 }
 
-ruleDeclarer copyRule(const std::string& field, const std::string& flagName) {
-    return [field, flagName](rule_declaration& rule) {
+void enterConstant(rule_engine_base& engine, const std::string& name, unsigned int value) {
+    const rule_output<unsigned int> written(&enteredOutput(engine, name));
+    engine.rule({}, {name}, [written, value] { written.set(value); });
+}
+
+void enterCopy(rule_engine_base& engine, const std::string& field, const std::string& flagName) {
+    declareRule(engine, [&](rule_declaration& rule) {
         const auto flag = rule.reads<bool>(flagName);
         const auto written = rule.writes(field);
         rule.body([=] { written.set(flag() ? 1U : 0U); });
-    };
+    });
+}
+
+void enterWord(gt_rule_engine& engine, const std::string& registerName,
+               const std::vector<registerField>& fields) {
+    std::vector<std::string> inputs;
+    inputs.reserve(fields.size());
+    for (const registerField& field : fields) {
+        inputs.push_back(fieldName(registerName, field.name));
+    }
+    const rule_output<unsigned int> word(&enteredOutput(engine, registerName));
+    engine.rule(inputs, {registerName},
+                [word, composer = register_composer(engine, registerName)]() mutable {
+                    word.set(composer.word());
+                });
 }
 
 /// Registers one catalogue; lives for one `registerCatalogue`.
@@ -49,7 +67,7 @@ class catalogue_registration {
     void enterEntry(const catalogueEntry& entry) {
         const std::string name(entry.name);
         if (entry.kind == entryKind::constantWord) {
-            declareRule(engine_, constantRule(name, entry.value));
+            enterConstant(engine_, name, entry.value);
         } else if (entry.kind == entryKind::step) {
             enterLogic(name, {});
         } else {
@@ -57,9 +75,9 @@ class catalogue_registration {
                 enterField(name, field);
             }
             if (entry.kind == entryKind::wholeRegister) {
-                enterWord(name, entry.fields);
+                enterWord(engine_, name, entry.fields);
             } else if (entry.kind == entryKind::word) {
-                enterWord(name, catalogue_.fieldsOf(name));
+                enterWord(engine_, name, catalogue_.fieldsOf(name));
             }
         }
     }
@@ -68,10 +86,10 @@ class catalogue_registration {
         const std::string name = fieldName(registerName, field.name);
         switch (field.kind) {
             case fieldKind::constant:
-                declareRule(engine_, constantRule(name, field.value));
+                enterConstant(engine_, name, field.value);
                 break;
             case fieldKind::copy:
-                declareRule(engine_, copyRule(name, std::string(field.source)));
+                enterCopy(engine_, name, std::string(field.source));
                 break;
             case fieldKind::logic:
                 enterLogic(name, name);
@@ -80,18 +98,6 @@ class catalogue_registration {
                 sharedFields_.insert(name);
                 break;
         }
-    }
-
-    void enterWord(const std::string& registerName, const std::vector<registerField>& fields) {
-        declareRule(engine_, [&](rule_declaration& rule) {
-            for (const registerField& field : fields) {
-                rule.alsoDeclares(fieldName(registerName, field.name));
-            }
-            const auto word = rule.writes(registerName);
-            rule.body([word, composer = register_composer(engine_, registerName)]() mutable {
-                word.set(composer.word());
-            });
-        });
     }
 
     /// `ownField` is empty for a step.

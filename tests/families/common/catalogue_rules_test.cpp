@@ -1,0 +1,220 @@
+#include "families/common/catalogue_rules.h"
+
+#include <boost/variant/get.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+namespace {
+
+using testing::HasSubstr;
+
+/// An engine whose database knows one register of three fields and one of two.
+class small_engine : public gt_rule_engine {
+  public:
+    small_engine()
+        : gt_rule_engine(
+              "SXA", {}, {}, {},
+              {{"CLOCK_CFG",
+                {"channel",
+                 {{"CLOCK_CFG.DIVIDER", {0, 4}},
+                  {"CLOCK_CFG.SOURCE", {4, 2}},
+                  {"CLOCK_CFG.ENABLE", {8, 1}}},
+                 "0x00"}},
+               {"LINK_CFG",
+                {"channel", {{"LINK_CFG.DELAY", {0, 8}}, {"LINK_CFG.WIDTH", {8, 4}}}, "0x01"}}},
+              {}) {}
+
+    void runPass() {
+        runRules();
+        passFlag = !passFlag;
+    }
+};
+
+class CatalogueRules : public testing::Test {
+  protected:
+    unsigned int value(const std::string& name) { return engine.getVal<unsigned int>(name); }
+    int ruleNumber(const std::string& name) { return engine.varMap.at(name).ruleNumber.value(); }
+
+    /// The text of the refusal, empty when the catalogue is taken.
+    std::string refusalOf(const register_catalogue& catalogue, const logicRules& rules) {
+        try {
+            registerCatalogue(engine, catalogue, rules);
+        } catch (const std::logic_error& refusal) {
+            return refusal.what();
+        }
+        return {};
+    }
+
+    static ruleDeclarer givesNumber(unsigned int number) {
+        return [number](rule_declaration& rule) { rule.gives([number] { return number; }); };
+    }
+
+    small_engine engine;
+};
+
+TEST_F(CatalogueRules, ConstantFieldsMakeTheWord) {
+    registerCatalogue(
+        engine,
+        {{"CLOCK_CFG", {constant("DIVIDER", 9), constant("SOURCE", 2), constant("ENABLE", 1)}}},
+        {});
+    engine.runPass();
+    EXPECT_EQ(value("CLOCK_CFG.DIVIDER"), 9U);
+    EXPECT_EQ(value("CLOCK_CFG.SOURCE"), 2U);
+    EXPECT_EQ(value("CLOCK_CFG"), 0x129U);
+}
+
+TEST_F(CatalogueRules, AConstantComesBackAfterItWasOverwritten) {
+    registerCatalogue(engine, {constantWord("SPARE_CFG", 7)}, {});
+    engine.setVal("SPARE_CFG", std::string("overwritten"));
+    engine.runPass();
+    EXPECT_EQ(value("SPARE_CFG"), 7U);
+}
+
+TEST_F(CatalogueRules, ACopyIsOneOrZeroAsItsFlagIs) {
+    registerCatalogue(engine, {fieldsOnly("CLOCK_CFG", {copy("ENABLE", "PCIE_ENABLE")})}, {});
+    engine.setVal("PCIE_ENABLE", true);
+    engine.runPass();
+    EXPECT_EQ(value("CLOCK_CFG.ENABLE"), 1U);
+    engine.setVal("PCIE_ENABLE", false);
+    engine.runPass();
+    EXPECT_EQ(value("CLOCK_CFG.ENABLE"), 0U);
+}
+
+TEST_F(CatalogueRules, ACopyOfSomethingElseThanAFlagIsBadGet) {
+    registerCatalogue(engine, {fieldsOnly("CLOCK_CFG", {copy("ENABLE", "PCIE_ENABLE")})}, {});
+    engine.setVal("PCIE_ENABLE", 1U);
+    EXPECT_THROW(engine.runPass(), boost::bad_get);
+}
+
+TEST_F(CatalogueRules, ALogicFieldTakesTheRuleBesideTheCatalogue) {
+    registerCatalogue(engine, {fieldsOnly("CLOCK_CFG", {logic("SOURCE")})},
+                      {{"CLOCK_CFG.SOURCE", givesNumber(3)}});
+    engine.runPass();
+    EXPECT_EQ(value("CLOCK_CFG.SOURCE"), 3U);
+}
+
+TEST_F(CatalogueRules, RulesAreNumberedInTheOrderOfTheCatalogue) {
+    const logicRules rules{{"CLOCK_CFG.SOURCE", givesNumber(3)},
+                           {"width search", [](rule_declaration& rule) {
+                                const auto width = rule.writes("LINK_CFG.WIDTH");
+                                const auto found = rule.writes<bool>("INT_WIDTH_FOUND");
+                                rule.body([=] {
+                                    width.set(5);
+                                    found.set(true);
+                                });
+                            }}};
+    registerCatalogue(
+        engine,
+        {{"CLOCK_CFG", {constant("DIVIDER", 9), logic("SOURCE"), copy("ENABLE", "PCIE_ENABLE")}},
+         fieldsOnly("LINK_CFG", {constant("DELAY", 17), shared("WIDTH", "width search")}),
+         constantWord("SPARE_CFG", 7),
+         step("width search"),
+         word("LINK_CFG")},
+        rules);
+    EXPECT_EQ(ruleNumber("CLOCK_CFG.DIVIDER"), 0);
+    EXPECT_EQ(ruleNumber("CLOCK_CFG.SOURCE"), 1);
+    EXPECT_EQ(ruleNumber("CLOCK_CFG.ENABLE"), 2);
+    EXPECT_EQ(ruleNumber("CLOCK_CFG"), 3);
+    EXPECT_EQ(ruleNumber("LINK_CFG.DELAY"), 4);
+    EXPECT_EQ(ruleNumber("SPARE_CFG"), 5);
+    EXPECT_EQ(ruleNumber("LINK_CFG.WIDTH"), 6);
+    EXPECT_EQ(ruleNumber("INT_WIDTH_FOUND"), 6);
+    EXPECT_EQ(ruleNumber("LINK_CFG"), 7);
+
+    engine.setVal("PCIE_ENABLE", true);
+    engine.runPass();
+    EXPECT_EQ(value("CLOCK_CFG"), 0x139U);
+    EXPECT_EQ(value("LINK_CFG"), 0x511U);
+}
+
+TEST_F(CatalogueRules, AWordDeclaresAllItsFieldsSoItWaitsForThem) {
+    // The word stands first, and the rule that writes the shared field comes last.
+    registerCatalogue(engine,
+                      {fieldsOnly("LINK_CFG", {constant("DELAY", 1), shared("WIDTH", "late")}),
+                       word("LINK_CFG"), step("late")},
+                      {{"late", [](rule_declaration& rule) {
+                            const auto width = rule.writes("LINK_CFG.WIDTH");
+                            rule.body([=] { width.set(2); });
+                        }}});
+    engine.runPass();
+    EXPECT_EQ(value("LINK_CFG"), 0x201U);
+}
+
+TEST_F(CatalogueRules, AFieldsRuleMayWriteOtherFieldsToo) {
+    registerCatalogue(engine, {{"LINK_CFG", {logic("DELAY"), shared("WIDTH", "LINK_CFG.DELAY")}}},
+                      {{"LINK_CFG.DELAY", [](rule_declaration& rule) {
+                            const auto delay = rule.writes("LINK_CFG.DELAY");
+                            const auto width = rule.writes("LINK_CFG.WIDTH");
+                            rule.body([=] {
+                                delay.set(3);
+                                width.set(4);
+                            });
+                        }}});
+    engine.runPass();
+    EXPECT_EQ(value("LINK_CFG"), 0x403U);
+    EXPECT_EQ(ruleNumber("LINK_CFG.WIDTH"), ruleNumber("LINK_CFG.DELAY"));
+}
+
+TEST_F(CatalogueRules, VerticesAreThoseOfPlainRuleCalls) {
+    registerCatalogue(
+        engine,
+        {{"CLOCK_CFG", {constant("DIVIDER", 9), logic("SOURCE"), copy("ENABLE", "PCIE_ENABLE")}}},
+        {{"CLOCK_CFG.SOURCE", [](rule_declaration& rule) {
+              const auto rate = rule.reads<double>("RATE");
+              rule.gives([=] { return rate() > 8.0 ? 1U : 0U; });
+          }}});
+    const std::vector<std::string> inOrder{"CLOCK_CFG.DIVIDER", "CLOCK_CFG.SOURCE", "RATE",
+                                           "CLOCK_CFG.ENABLE",  "PCIE_ENABLE",      "CLOCK_CFG"};
+    for (std::size_t index = 0; index < inOrder.size(); ++index) {
+        EXPECT_EQ(engine.addVertex(inOrder[index], varInfo()), index) << inOrder[index];
+    }
+}
+
+TEST_F(CatalogueRules, AWordThatTheDatabaseLacksIsZeroAndEntersTheDatabase) {
+    registerCatalogue(engine, {{"NEW_CFG", {constant("X", 5)}}}, {});
+    engine.runPass();
+    EXPECT_EQ(value("NEW_CFG"), 0U);
+    EXPECT_EQ(engine.attributes.count("NEW_CFG"), 1U);
+}
+
+TEST_F(CatalogueRules, AFieldOfTheDatabaseThatNoRuleWritesIsBadGet) {
+    registerCatalogue(engine, {{"LINK_CFG", {constant("DELAY", 1)}}}, {});
+    EXPECT_THROW(engine.runPass(), boost::bad_get);
+}
+
+TEST_F(CatalogueRules, ALogicFieldWithoutARuleIsRefused) {
+    EXPECT_THAT(refusalOf({fieldsOnly("CLOCK_CFG", {logic("SOURCE")})}, {}),
+                HasSubstr("CLOCK_CFG.SOURCE"));
+}
+
+TEST_F(CatalogueRules, AStepWithoutARuleIsRefused) {
+    EXPECT_THAT(refusalOf({step("width search")}, {}), HasSubstr("width search"));
+}
+
+TEST_F(CatalogueRules, ARuleThatStandsBesideNothingIsRefused) {
+    EXPECT_THAT(refusalOf({constantWord("SPARE_CFG", 7)}, {{"SPARE_CFG", givesNumber(1)}}),
+                HasSubstr("SPARE_CFG"));
+}
+
+TEST_F(CatalogueRules, ARuleThatDoesNotWriteItsOwnFieldIsRefused) {
+    EXPECT_THAT(refusalOf({fieldsOnly("CLOCK_CFG", {logic("SOURCE")})},
+                          {{"CLOCK_CFG.SOURCE",
+                            [](rule_declaration& rule) {
+                                rule.writes("CLOCK_CFG.SORCE");
+                                rule.body([] {});
+                            }}}),
+                HasSubstr("CLOCK_CFG.SOURCE"));
+}
+
+TEST_F(CatalogueRules, ASharedFieldThatNoRuleWritesIsRefused) {
+    EXPECT_THAT(refusalOf({fieldsOnly("LINK_CFG", {shared("WIDTH", "width search")})}, {}),
+                HasSubstr("LINK_CFG.WIDTH"));
+}
+
+}  // namespace
+}  // namespace sable_lanecfg
