@@ -1,0 +1,173 @@
+#!/usr/bin/env python3
+"""Tests of the parts of scripts/make_database.py."""
+
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
+
+from database.families import DATABASES
+from database.parameters import load_parameters, parameters_of
+from database.placement import Layout, LayoutError, place_registers
+
+ALL_CHANNEL = [("*", "channel")]
+
+
+def constant(name, value):
+    return {"name": name, "kind": "constant", "value": value}
+
+
+def logic(name):
+    return {"name": name, "kind": "logic"}
+
+
+def whole(name, *fields):
+    return {"name": name, "kind": "register", "fields": list(fields)}
+
+
+def places(fields, **decisions):
+    layout = Layout(block_types=ALL_CHANNEL, **decisions)
+    return place_registers([whole("A_CFG", *fields)], layout)["A_CFG"]["fields"]
+
+
+class Placement(unittest.TestCase):
+    def test_fields_follow_each_other_with_the_bits_they_need(self):
+        made = places([constant("X", 0), constant("Y", 6), constant("Z", 1)])
+        self.assertEqual(made, {"A_CFG.X": [0, 1], "A_CFG.Y": [1, 3], "A_CFG.Z": [4, 1]})
+
+    def test_a_copied_flag_has_one_bit(self):
+        flag = {"name": "ENABLE", "kind": "copy", "source": "PCIE_ENABLE"}
+        self.assertEqual(places([flag]), {"A_CFG.ENABLE": [0, 1]})
+
+    def test_a_constant_may_fill_the_word(self):
+        self.assertEqual(places([constant("X", 2**32 - 1)]), {"A_CFG.X": [0, 32]})
+
+    def test_a_decided_width_leaves_room(self):
+        made = places([constant("X", 1), constant("Y", 1)], widths={"A_CFG.X": 8})
+        self.assertEqual(made, {"A_CFG.X": [0, 8], "A_CFG.Y": [8, 1]})
+
+    def test_others_flow_around_pinned_fields_and_order_stays(self):
+        made = places(
+            [constant("X", 7), constant("Y", 7), constant("PIN", 1)], pinned={"A_CFG.PIN": (3, 2)}
+        )
+        self.assertEqual(list(made.items()), [
+            ("A_CFG.X", [0, 3]), ("A_CFG.Y", [5, 3]), ("A_CFG.PIN", [3, 2])])
+
+    def test_a_narrowed_constant_keeps_its_width(self):
+        self.assertEqual(places([constant("X", 99)], narrowed={"A_CFG.X": 2}), {"A_CFG.X": [0, 2]})
+
+    def test_decisions_about_fields_that_are_not_there_do_nothing(self):
+        self.assertEqual(places([constant("X", 1)], pinned={"A_CFG.Y": (0, 8)}), {"A_CFG.X": [0, 1]})
+
+    def test_a_computed_field_needs_a_decided_width(self):
+        self.assertEqual(places([logic("X")], widths={"A_CFG.X": 5}), {"A_CFG.X": [0, 5]})
+        with self.assertRaisesRegex(LayoutError, "A_CFG.X"):
+            places([logic("X")])
+
+    def test_a_width_below_the_constant_is_refused(self):
+        with self.assertRaisesRegex(LayoutError, "A_CFG.X"):
+            places([constant("X", 8)], widths={"A_CFG.X": 3})
+        with self.assertRaisesRegex(LayoutError, "A_CFG.X"):
+            places([constant("X", 8)], pinned={"A_CFG.X": (0, 3)})
+
+    def test_a_word_that_overflows_is_refused(self):
+        with self.assertRaisesRegex(LayoutError, "A_CFG.Y"):
+            places([constant("X", 2**31), constant("Y", 0)])
+
+    def test_pins_that_collide_or_leave_the_word_are_refused(self):
+        fields = [constant("X", 1), constant("Y", 1)]
+        with self.assertRaisesRegex(LayoutError, "A_CFG.Y"):
+            places(fields, pinned={"A_CFG.X": (0, 2), "A_CFG.Y": (1, 1)})
+        with self.assertRaisesRegex(LayoutError, "A_CFG.Y"):
+            places(fields, pinned={"A_CFG.Y": (30, 4)})
+
+    def test_a_field_that_stands_twice_is_refused(self):
+        with self.assertRaisesRegex(LayoutError, "A_CFG"):
+            places([constant("X", 1), constant("X", 2)])
+
+    def test_registers_count_on_over_the_blocks_and_steps_are_none(self):
+        layout = Layout(block_types=[("A_*", "ctrl_0"), ("*", "channel")])
+        made = place_registers([
+            {"name": "solver", "kind": "step"},
+            {"name": "B_CFG", "kind": "fields", "fields": [constant("X", 1)]},
+            whole("A_CFG"),
+            {"name": "B_CFG", "kind": "fields", "fields": [constant("Y", 1)]},
+            {"name": "B_CFG", "kind": "word"},
+            {"name": "C_CFG", "kind": "constantWord", "value": 7},
+        ], layout)
+        self.assertEqual(made, {
+            "B_CFG": {"dstSubBlock": "channel", "Offset": "0x00",
+                      "fields": {"B_CFG.X": [0, 1], "B_CFG.Y": [1, 1]}},
+            "A_CFG": {"dstSubBlock": "ctrl_0", "Offset": "0x01", "fields": {}},
+            "C_CFG": {"dstSubBlock": "channel", "Offset": "0x02", "fields": {}},
+        })
+
+    def test_a_register_without_a_block_type_is_refused(self):
+        with self.assertRaisesRegex(LayoutError, "B_CFG"):
+            place_registers([whole("B_CFG")], Layout(block_types=[("A_*", "channel")]))
+
+    def test_more_registers_than_offsets_are_refused(self):
+        entries = [whole(f"R{number}") for number in range(257)]
+        layout = Layout(block_types=ALL_CHANNEL)
+        self.assertEqual(place_registers(entries[:256], layout)["R255"]["Offset"], "0xFF")
+        with self.assertRaises(LayoutError):
+            place_registers(entries, layout)
+
+
+class Parameters(unittest.TestCase):
+    def test_rows_expand_over_channels_and_sequences_and_name_the_unit(self):
+        rows = [
+            {"name": "RX_CH{n}_POSITION", "type": "string", "unit": "", "default": "single",
+             "families": "SXB SXC", "description": "Channel {n}"},
+            {"name": "RX_CC_K_{s}_{n}", "type": "bool", "unit": "", "default": "false",
+             "families": "SXB", "description": "Sequence {s}, element {n}"},
+            {"name": "RX_LINE_RATE", "type": "double", "unit": "Gb/s", "default": "10.3125",
+             "families": "SXA SXC", "description": "Line rate"},
+        ]
+        made = parameters_of("SXC", rows)
+        self.assertEqual(list(made), [f"RX_CH{n}_POSITION" for n in range(4)] + ["RX_LINE_RATE"])
+        self.assertEqual(made["RX_CH3_POSITION"]["description"], "Channel 3")
+        self.assertEqual(made["RX_LINE_RATE"], {
+            "type": "double", "description": "Line rate (Gb/s)", "default_value": "10.3125"})
+        sequences = parameters_of("SXB", rows)
+        self.assertEqual(len(sequences), 4 + 8)
+        self.assertEqual(sequences["RX_CC_K_1_2"]["description"], "Sequence 1, element 2")
+
+    def test_the_table_has_every_parameter_once_with_known_types_and_families(self):
+        rows = load_parameters()
+        names = [row["name"] for row in rows]
+        self.assertEqual(len(names), len(set(names)))
+        for row in rows:
+            self.assertIn(row["type"], ("string", "int", "bool", "float", "double"), row["name"])
+            self.assertTrue(set(row["families"].split()) <= {"SXA", "SXB", "SXC", "SXD4"})
+            self.assertTrue(row["description"] and row["default"], row["name"])
+
+    def test_each_family_has_its_count(self):
+        rows = load_parameters()
+        counts = {f: len(parameters_of(f, rows)) for f in ("SXA", "SXB", "SXC", "SXD4")}
+        self.assertEqual(counts, {"SXA": 14, "SXB": 171, "SXC": 167, "SXD4": 41})
+
+
+class Command(unittest.TestCase):
+    def test_a_failing_program_is_reported_and_nothing_is_written(self):
+        import subprocess
+
+        script = Path(__file__).resolve().parents[2] / "scripts" / "make_database.py"
+        with tempfile.TemporaryDirectory() as folder:
+            run = subprocess.run(
+                [sys.executable, script, "--catalogue-dump", "/bin/false", "--output", folder],
+                stderr=subprocess.PIPE, encoding="utf-8")
+            self.assertEqual(run.returncode, 1)
+            self.assertIn("make_database: ", run.stderr)
+            self.assertEqual(list(Path(folder).iterdir()), [])
+
+    def test_families_are_those_that_have_data(self):
+        data = Path(__file__).resolve().parents[2] / "data"
+        folders = {path.parent.name for path in data.glob("*/registers.json")}
+        self.assertEqual(set(DATABASES), folders)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,91 @@
+#include "support/reference_data.h"
+
+#include "support/temporary_directory.h"
+
+#include <lanecfg/lane_cfg_ip_mgr.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace lanecfg_test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+nlohmann::json parsed(const fs::path& path) {
+    return nlohmann::json::parse(readFile(path));
+}
+
+std::vector<std::string> sorted(std::vector<std::string> names) {
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace
+
+fs::path dataFolder() {
+    return LANECFG_DATA_FOLDER;
+}
+
+std::vector<std::string> referenceFamilies() {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(dataFolder())) {
+        if (fs::exists(entry.path() / "registers.json")) {
+            names.push_back(entry.path().filename().string());
+        }
+    }
+    return sorted(std::move(names));
+}
+
+std::string referencePath(const std::string& family, const std::string& file) {
+    return (dataFolder() / family / file).string();
+}
+
+nlohmann::json referenceFile(const std::string& family, const std::string& file) {
+    return parsed(referencePath(family, file));
+}
+
+std::vector<std::string> bundledRequests() {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(dataFolder() / "requests")) {
+        if (entry.path().extension() == ".json") {
+            names.push_back(entry.path().stem().string());
+        }
+    }
+    return sorted(std::move(names));
+}
+
+std::string requestPath(const std::string& name) {
+    return (dataFolder() / "requests" / (name + ".json")).string();
+}
+
+nlohmann::json bundledRequest(const std::string& name) {
+    return parsed(requestPath(name));
+}
+
+bool isDictionaryForm(const nlohmann::json& request) {
+    return request.at("laneUsage").is_object();
+}
+
+void initialiseBundledRequest(const std::string& instanceName, const std::string& request) {
+    using namespace sable_lanecfg;
+    const nlohmann::json content = bundledRequest(request);
+    const auto family = content.at("family").get<std::string>();
+    const auto selector = content.at("selector").get<std::string>();
+    const std::string types = referencePath(family, "parameters.json");
+    const std::string fields = referencePath(family, "registers.json");
+    const std::string device = referencePath(family, "device.json");
+    if (isDictionaryForm(content)) {
+        lane_cfg_ip_mgr::initilizeDataWithDict(
+            instanceName, family, selector, content.at("part").get<std::string>(), {},
+            content.at("laneUsage").get<laneUsageMap>(),
+            content.at("quadUsage").get<quadUsageMap>(),
+            content.at("userParams").get<userParamMap>(), types, fields, device);
+    } else {
+        lane_cfg_ip_mgr::initilizeData(instanceName, family, selector, types, requestPath(request),
+                                       fields, device);
+    }
+}
+
+}  // namespace lanecfg_test
