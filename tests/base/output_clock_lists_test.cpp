@@ -145,6 +145,18 @@ TEST(OutputClocks, widenTheDataInSinglePrecision) {
     EXPECT_THAT(clocks(std::nextafter(width, 0.0F)), ElementsAre(625.0));
 }
 
+TEST(OutputClocks, matchWithinATenthOfAThousandthOfTheSmallerClock) {
+    // At 10 GHz the clock of P = 10 is 500 MHz. A width of 20 / 1.0001 = 19.9980002 makes the
+    // target 1.0001 times that, a width of 20 * 1.0001 = 20.002 makes it the part of 1.0001.
+    const auto clocks = [](double width) {
+        return rule_engine_utilities::findTXOUTCLKlist_SXD(10.0, 1, width);
+    };
+    EXPECT_THAT(clocks(19.9980001), IsEmpty());
+    EXPECT_THAT(clocks(19.9980003), ElementsAre(500.0));
+    EXPECT_THAT(clocks(20.0019999), ElementsAre(500.0));
+    EXPECT_THAT(clocks(20.0020001), IsEmpty());
+}
+
 TEST(OutputClocks, thatDifferInTheLastPlaceAreAllOffered) {
     // c = 14.025, width 66, target 425: 33 is 5.5 * 6, 16.5 * 2 and 33 * 1, and 16.5 is 5.5 * 3
     // and 16.5 * 1. The quotients round differently.
