@@ -162,15 +162,16 @@ std::set<Number> lcpllReferenceClocks(const Number& lineRate, const Number& refc
     const Number rate = lcpllRate(lineRate);
     const Number word =
         lcpllNeedsFraction(lineRate, refclk) ? lcpllWord(lineRate, refclk) : Number(0);
+    const Number fraction = word / Number(16777216);
     std::set<Number> clocks;
     for (const int preDivider : preDividers) {
-        for (const int feedback : integers(word == Number(0) ? 13 : 16, 160)) {
-            for (const int lineDivider : lineDividers) {
-                if (!isLcpllVco(Number(Number(lineDivider) * rate))) {
-                    continue;
-                }
-                const Number clock = Number(preDivider * lineDivider) * rate * Number(1000) /
-                                     (Number(feedback) + word / Number(16777216));
+        for (const int lineDivider : lineDividers) {
+            if (!isLcpllVco(Number(Number(lineDivider) * rate))) {
+                continue;
+            }
+            const Number product = Number(preDivider * lineDivider) * rate * Number(1000);
+            for (const int feedback : integers(word == Number(0) ? 13 : 16, 160)) {
+                const Number clock = product / (Number(feedback) + fraction);
                 if (within(Number(60), clock, Number(820))) {
                     clocks.insert(clock);
                 }
@@ -186,14 +187,14 @@ std::set<Number> rpllReferenceClocks(const Number& lineRate) {
     feedbackDividers.push_back(80);
     std::set<Number> clocks;
     for (const int preDivider : preDividers) {
-        for (const int feedback : feedbackDividers) {
-            for (const int lineDivider : lineDividers) {
-                const Number vco = Number(lineDivider) * lineRate * decimal<Number>(1, 2);
-                if (!isRpllVco(vco)) {
-                    continue;
-                }
-                const Number clock = Number(preDivider * lineDivider) * lineRate * Number(1000) /
-                                     Number(2 * feedback);
+        for (const int lineDivider : lineDividers) {
+            const Number vco = Number(lineDivider) * lineRate * decimal<Number>(1, 2);
+            if (!isRpllVco(vco)) {
+                continue;
+            }
+            const Number product = Number(preDivider * lineDivider) * lineRate * Number(1000);
+            for (const int feedback : feedbackDividers) {
+                const Number clock = product / Number(2 * feedback);
                 if (within(Number(60), clock, Number(820))) {
                     clocks.insert(clock);
                 }
@@ -209,11 +210,12 @@ std::set<Number> sxdReferenceClocks(const Number& lineRate, const Number& refclk
     const Number word = lineRate > decimal<Number>(281, 10)
                             ? Number(0)
                             : sxdWord(lineRate, refclk, SxdWordFor::referenceClock);
+    const Number fraction = word / Number(16777216);
     std::set<Number> clocks;
     for (const int preDivider : preDividers) {
+        const Number product = Number(preDivider) * rate * Number(1000);
         for (const int feedback : integers(16, 160)) {
-            const Number clock = Number(preDivider) * rate * Number(1000) /
-                                 (Number(feedback) + word / Number(16777216));
+            const Number clock = product / (Number(feedback) + fraction);
             if (between(decimal<Number>(59999999, 1000000), clock,
                         decimal<Number>(820000001, 1000000))) {
                 clocks.insert(clock);
@@ -258,11 +260,13 @@ inline const std::vector<int> secondStages{1, 2, 3, 4, 6, 8, 12, 16, 24, 32, 48,
 template <class Number>
 void offer(std::set<Number>& clocks, const Number& dividedClock, const Number& target) {
     const Number clock = Number(1000) * dividedClock;
+    if (clock > Number(1000)) {
+        return;
+    }
     for (const int ratio : {1, 2, 4, 8}) {
         const Number reduced = Number(1000) * (dividedClock / Number(ratio));
         const Number smaller = std::min(reduced, target);
-        if (clock <= Number(1000) &&
-            distanceOf(reduced, target) / smaller < decimal<Number>(1, 10000)) {
+        if (distanceOf(reduced, target) / smaller < decimal<Number>(1, 10000)) {
             clocks.insert(clock);
         }
     }

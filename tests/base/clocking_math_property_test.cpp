@@ -164,7 +164,7 @@ TYPED_TEST(ReferenceClocks, areThoseOfTheEnumerationToTheLastBit) {
 }
 
 TYPED_TEST(ReferenceClocks, areTheNearestOfAllInExactArithmetic) {
-    for (const ClockRequest& request : requests(100)) {
+    for (const ClockRequest& request : requests(25)) {
         const std::set<Rational> clocks =
             TypeParam::enumerated(request.lineRate.exact(), request.refclk.exact());
         const double actual =
@@ -456,7 +456,7 @@ TEST(OutputClocks, ofAFreeRpllAreThoseOfTheEnumeration) {
 
 TEST(OutputClocks, ofAFreeRpllAreComplete) {
     const OutputClockCase setting{"LCPLL", 32, "8B10B", false};
-    for (const Decimal& refclk : standardRefclks()) {
+    for (const Decimal& refclk : {Decimal{100, 1}, Decimal{15625, 100}}) {
         const ClockRequest request{{103125, 10000}, refclk};
         EXPECT_TRUE(agree(libraryTransmitClocks(request.lineRate.rounded(), refclk.rounded(),
                                                 "LCPLL", "RPLL", setting),
