@@ -1,5 +1,7 @@
 #include "entry/answering_instance.h"
 #include "support/captured_messages.h"
+#include "support/print_rule_value.h"
+#include "support/reference_data.h"
 #include "support/small_database.h"
 #include "support/temporary_directory.h"
 
@@ -17,6 +19,7 @@
 
 using lanecfg_test::AnsweringInstance;
 using lanecfg_test::DatabaseFiles;
+using lanecfg_test::referencePath;
 using lanecfg_test::Registry;
 using sable_lanecfg::lane_cfg_instance;
 using sable_lanecfg::lane_cfg_instance_iter_stable;
@@ -299,8 +302,8 @@ void expectSmallRequest(const lane_cfg_instance& instance) {
     ASSERT_EQ(instance.paramTypes.count("RX_LINE_RATE"), 1U);
     EXPECT_EQ(instance.paramTypes.at("RX_LINE_RATE").default_value, "10.3125");
     ASSERT_EQ(instance.userParams.size(), 2U);
-    EXPECT_TRUE(instance.userParams[0].at(0).at(0).at("TX_LINE_RATE") == ruleValue(12.5));
-    EXPECT_TRUE(instance.userParams[1].at(0).at(0).at("RX_LINE_RATE") == ruleValue(12.5));
+    EXPECT_EQ(instance.userParams[0].at(0).at(0).at("TX_LINE_RATE"), ruleValue(12.5));
+    EXPECT_EQ(instance.userParams[1].at(0).at(0).at("RX_LINE_RATE"), ruleValue(12.5));
     ASSERT_EQ(instance.attributes.count("RX_CFG"), 1U);
     EXPECT_EQ(instance.attributes.at("RX_CFG").Offset, "0x4");
     EXPECT_THAT(instance.settings, Contains(Pair("FLCPLLRANGE", ElementsAre("8.0", "16.375"))));
@@ -339,10 +342,9 @@ TEST_F(Initialisation, ExceptionOfAConstructorPassesAndLeavesItsSelectorEmpty) {
 
 TEST_F(Initialisation, ManagerAnswersAsTheInstanceDoes) {
     DatabaseFiles files = database.writeTo(directory);
-    const std::string bundled = LANECFG_DATA_FOLDER "/SXA/";
-    files.userParameterTypes = bundled + "parameters.json";
-    files.fields = bundled + "registers.json";
-    files.deviceData = bundled + "device.json";
+    files.userParameterTypes = referencePath("SXA", "parameters.json");
+    files.fields = referencePath("SXA", "registers.json");
+    files.deviceData = referencePath("SXA", "device.json");
     FileForm::initialise("x", "SXA", "live", files);
     EXPECT_THAT(errors(), IsEmpty());
     ASSERT_NE(lane_cfg_ip_mgr::getIPInstance("x"), nullptr);

@@ -1,3 +1,4 @@
+#include "support/print_rule_value.h"
 #include "support/temporary_directory.h"
 
 #include <lanecfg/lane_cfg_instance.h>
@@ -78,7 +79,7 @@ TYPED_TEST(FamilyFrame, GivesEachContainerToTheEngine) {
     EXPECT_EQ(frame->channelUsage[0].group, "lanes");
     ASSERT_EQ(frame->paramTypes.size(), 2U);
     EXPECT_EQ(frame->paramTypes.at("TX_LINE_RATE").description, "Gb/s");
-    EXPECT_TRUE(frame->userParams == this->params);
+    EXPECT_EQ(frame->userParams, this->params);
     ASSERT_EQ(frame->attributes.size(), 1U);
     EXPECT_EQ(frame->attributes.at("TX_CFG").Offset, "0x4");
     EXPECT_THAT(frame->settings, ElementsAre(Pair("siliconRev", ElementsAre("es1"))));
