@@ -1,27 +1,29 @@
+#include "name_index.h"
+
 #include <lanecfg/rule_engine_base.h>
 
-#include <boost/graph/adjacency_list.hpp>
+#include <boost/graph/compressed_sparse_row_graph.hpp>
 #include <boost/graph/topological_sort.hpp>
+#include <boost/iterator/function_output_iterator.hpp>
 
+#include <algorithm>
 #include <deque>
 #include <iostream>
 #include <iterator>
-#include <list>
+#include <optional>
 #include <sstream>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace sable_lanecfg {
 
 namespace {
 
-using vertexProperty = boost::property<boost::vertex_color_t, boost::default_color_type,
-                                       boost::property<boost::vertex_name_t, std::string>>;
-using dependencyGraphType =
-    boost::adjacency_list<boost::vecS, boost::vecS, boost::bidirectionalS, vertexProperty,
-                          boost::no_property, boost::no_property, boost::listS>;
-using vertex = dependencyGraphType::vertex_descriptor;
+/// Vertices are numbered in 32 bits: half the memory to go through for a large rule set.
+using vertex = name_index::number;
+using dependencyGraph =
+    boost::compressed_sparse_row_graph<boost::directedS, boost::no_property, boost::no_property,
+                                       boost::no_property, vertex, vertex>;
 
 template <class T>
 std::string streamed(const T& number) {
@@ -60,68 +62,83 @@ struct rule_engine_base::ruleGraph {
     variable* find(variableMap& variables, const std::string& name) const;
     void connect(vertex input, vertex output);
     void sort();
-    void holdSortedVariables();
     ruleInfo& ruleOf(int number);
+    vertex firstVertex(const std::string& name) const;
+    vertex vertexCount() const { return static_cast<vertex>(variableOfVertex.size()); }
 
-    dependencyGraphType dependencyGraph;
-    std::list<unsigned long> sortedVertices;
     /// Rules by number. Elements stay in place when a rule body registers further rules.
     std::deque<ruleInfo> rules;
-
-    /// The first vertex of each name. The keys are the map nodes' own, which never move.
-    std::unordered_map<std::string_view, knownVariable> variableByName;
     /// The variable of each vertex, null for a vertex that only an edge created.
     std::vector<variable*> variableOfVertex;
-    /// `sortedVertices` as variables, so that a pass looks nothing up.
-    std::vector<variable*> sortedVariables;
+    /// The first vertex of each name.
+    name_index vertexByName;
+    /// Inputs with their outputs, in order of registration.
+    std::deque<std::pair<vertex, vertex>> edges;
+    /// The last variable entered, near which the next one of a catalogue stands in the map.
+    std::optional<variableMap::iterator> lastEntered;
+    /// The sorted variables, last first, so that a pass looks nothing up.
+    std::vector<variable*> reverseOrder;
 };
+
+vertex rule_engine_base::ruleGraph::firstVertex(const std::string& name) const {
+    return vertexByName.find(name, [this](vertex index) {
+        const variable* const held = variableOfVertex[index];
+        return held != nullptr ? std::string_view(held->first) : std::string_view();
+    });
+}
 
 rule_engine_base::ruleGraph::knownVariable rule_engine_base::ruleGraph::enter(
     variableMap& variables, const std::string& name, varInfo&& info) {
-    const auto known = variableByName.find(name);
-    const bool hasVertex = known != variableByName.end();
-    if (hasVertex && known->second.held != nullptr) {
-        return known->second;
+    const vertex known = firstVertex(name);
+    if (known != name_index::none && variableOfVertex[known] != nullptr) {
+        return {known, variableOfVertex[known]};
     }
-    const auto [node, isNew] = variables.try_emplace(name, std::move(info));
-    if (!isNew) {
-        return {hasVertex ? known->second.index : boost::num_vertices(dependencyGraph), &*node};
+    const auto hint = lastEntered ? std::next(*lastEntered) : variables.end();
+    const std::size_t countBefore = variables.size();
+    const auto node = variables.emplace_hint(hint, name, std::move(info));
+    const vertex next = vertexCount();
+    if (variables.size() == countBefore) {
+        return {known != name_index::none ? known : next, &*node};
     }
-    const knownVariable entered{
-        boost::add_vertex(vertexProperty(boost::white_color, name), dependencyGraph), &*node};
-    variableOfVertex.push_back(entered.held);
-    variableByName.try_emplace(node->first, entered);
-    return entered;
+    lastEntered = node;
+    variableOfVertex.push_back(&*node);
+    if (known == name_index::none) {
+        vertexByName.enter(name, next);
+    }
+    return {next, &*node};
 }
 
 variable* rule_engine_base::ruleGraph::find(variableMap& variables, const std::string& name) const {
-    const auto known = variableByName.find(name);
-    if (known != variableByName.end() && known->second.held != nullptr) {
-        return known->second.held;
+    const vertex known = firstVertex(name);
+    if (known != name_index::none && variableOfVertex[known] != nullptr) {
+        return variableOfVertex[known];
     }
     const auto node = variables.find(name);
     return node == variables.end() ? nullptr : &*node;
 }
 
 void rule_engine_base::ruleGraph::connect(vertex input, vertex output) {
-    boost::add_edge(input, output, dependencyGraph);
-    // An end beyond the last vertex makes the graph grow by a vertex without a name.
-    while (variableOfVertex.size() < boost::num_vertices(dependencyGraph)) {
-        variableByName.try_emplace(std::string_view(),
-                                   knownVariable{variableOfVertex.size(), nullptr});
+    edges.emplace_back(input, output);
+    // An end that is no vertex yet becomes one, without a name.
+    const vertex next = vertexCount();
+    if (std::max(input, output) == next) {
+        const bool isFirst = firstVertex({}) == name_index::none;
         variableOfVertex.push_back(nullptr);
+        if (isFirst) {
+            vertexByName.enter({}, next);
+        }
     }
 }
 
 void rule_engine_base::ruleGraph::sort() {
-    // What a cycle leaves in the list stays there, and later passes walk it.
-    boost::topological_sort(dependencyGraph, std::front_inserter(sortedVertices));
-}
-
-void rule_engine_base::ruleGraph::holdSortedVariables() {
-    for (const vertex index : sortedVertices) {
-        sortedVariables.push_back(variableOfVertex[index]);
-    }
+    const dependencyGraph dependencies(boost::edges_are_unsorted_multi_pass, edges.begin(),
+                                       edges.end(), vertexCount());
+    // The sort gives the last vertex first. What it has given when it finds a cycle stays, and
+    // later passes walk that.
+    boost::topological_sort(dependencies,
+                            boost::make_function_output_iterator([this](vertex index) {
+                                reverseOrder.push_back(variableOfVertex[index]);
+                            }));
 }
 
 ruleInfo& rule_engine_base::ruleGraph::ruleOf(int number) {
@@ -212,17 +229,15 @@ void rule_engine_base::rule(const std::vector<std::string>& inputs,
 }
 
 void rule_engine_base::runRules() {
-    if (graph->sortedVertices.empty()) {
+    if (graph->reverseOrder.empty()) {
         graph->sort();
     }
-    if (graph->sortedVariables.empty()) {
-        graph->holdSortedVariables();
-    }
-    for (const variable* const held : graph->sortedVariables) {
-        if (held == nullptr || !held->second.ruleNumber) {
+    const auto& order = graph->reverseOrder;
+    for (auto held = order.rbegin(); held != order.rend(); ++held) {
+        if (*held == nullptr || !(*held)->second.ruleNumber) {
             continue;
         }
-        ruleInfo& owner = graph->ruleOf(*held->second.ruleNumber);
+        ruleInfo& owner = graph->ruleOf(*(*held)->second.ruleNumber);
         if (owner.ranFlag != passFlag) {
             owner.ruleBody();
             owner.ranFlag = !owner.ranFlag;

@@ -103,7 +103,7 @@ class LANECFG_EXPORT rule_engine_base {
     bool passFlag = true;
 
   private:
-    struct ruleGraph;
+    struct LANECFG_LOCAL ruleGraph;
 
     /// The failure of `getVal` on a variable without a value.
     [[noreturn]] static void throwUndefined(const std::string& name);
