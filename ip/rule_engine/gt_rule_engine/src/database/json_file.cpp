@@ -1,12 +1,12 @@
 #include "database/json_file.h"
 
 #include "database/nesting_limit.h"
+#include "database/parse_json.h"
 
 #include <lanecfg/host/strmio_iostreams.h>
 #include <lanecfg/rule_engine_utilities.h>
 
 #include <boost/format.hpp>
-#include <boost/property_tree/json_parser.hpp>
 
 #include <exception>
 
@@ -18,7 +18,7 @@ boost::property_tree::ptree readJsonFile(const std::string& file) {
         strmio::iostreams::filtering_stream<boost::iostreams::input> stream;
         stream.push(nesting_limit());
         stream.push(strmio::iostreams::xp_autodetect(file));
-        boost::property_tree::read_json(stream, tree);
+        parseJson(stream, tree);
     } catch (const std::exception&) {
         reportParseError(file);
     }

@@ -31,6 +31,7 @@ class tree_values {
     template <class T>
     void list(const boost::property_tree::ptree& array, std::vector<T>& list) {
         list.clear();
+        list.reserve(array.size());
         for (const auto& [key, element] : array) {
             list.push_back(value<T>(element));
         }
