@@ -29,7 +29,7 @@ class AnswerForm : public testing::Test {
 };
 
 TEST_F(AnswerForm, InJsonIsTheRowsOfTheTable) {
-    EXPECT_EQ(written("json"), "[\n  {\n    \"name\": \"a\"\n  }\n]\n");
+    EXPECT_EQ(written("json"), "[\n  {\"name\":\"a\"}\n]\n");
 }
 
 TEST_F(AnswerForm, InJsonIsTheDocumentWhenThereIsOne) {

@@ -46,9 +46,11 @@ TEST(SnapshotRows, HaveChannelRatesNameTypeValueAndRule) {
     filter.channels = {0};
     filter.rxRates = {1};
     const Table table = snapshotRows(twoChannels(), filter);
-    EXPECT_EQ(jsonText(jsonRows(table)),
-              R"([{"channel":0,"tx_rate":0,"rx_rate":1,"name":"A_CFG.FIELD","type":"unsigned",)"
-              R"("value":7,"rule":3}])");
+    EXPECT_EQ(jsonText(table),
+              "[\n  "
+              R"({"channel":0,"tx_rate":0,"rx_rate":1,"name":"A_CFG.FIELD","type":"unsigned",)"
+              R"("value":7,"rule":3})"
+              "\n]\n");
 }
 
 TEST(SnapshotRows, AreFilteredByShellPatterns) {

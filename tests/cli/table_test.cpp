@@ -88,15 +88,24 @@ TEST(CsvText, QuotesTheOnlyFieldOfALineWhenItIsEmpty) {
 }
 
 TEST(JsonRows, NameEachValueByItsColumn) {
-    EXPECT_EQ(jsonText(jsonRows(lanes())),
-              R"([{"lane":"link.0","count":7},{"lane":"l","count":1234567}])");
+    EXPECT_EQ(jsonText(lanes()), R"([
+  {"lane":"link.0","count":7},
+  {"lane":"l","count":1234567}
+]
+)");
+}
+
+TEST(JsonRows, AreAnEmptyListWithoutRows) {
+    Table table = lanes();
+    table.rows.clear();
+    EXPECT_EQ(jsonText(table), "[]\n");
 }
 
 TEST(JsonRows, HaveTheValueAndNotTheTextOfACell) {
     Table table;
     table.columns = {"available"};
     table.rows = {{Cell("yes", true)}};
-    EXPECT_EQ(jsonText(jsonRows(table)), R"([{"available":true}])");
+    EXPECT_EQ(jsonText(table), "[\n  {\"available\":true}\n]\n");
     EXPECT_EQ(csvText(table), "available\nyes\n");
 }
 

@@ -56,6 +56,12 @@ bool isNameKnown(const RuleSet& rules) {
                        "parameters.json, with values of their types.");
 }
 
+std::string descriptionOf(const Request& request) {
+    const std::string text = "Running the " + request.rules->selector + " rules of " +
+                             request.rules->family + " on " + request.file;
+    return request.description.empty() ? text : text + " (" + request.description + ")";
+}
+
 void warnOfMissingPart(const Request& request, Console& console) {
     if (request.isDictionaryForm && request.part.empty()) {
         console.warning("Request " + request.file +
@@ -71,8 +77,7 @@ ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& d
                                        Console& console)
     : request_(request), console_(console) {
     warnOfMissingPart(request, console);
-    console.progress("Running the " + request.rules->selector + " rules of " +
-                     request.rules->family + " on " + request.file);
+    console.progress(descriptionOf(request));
     try {
         const StandardOutputGuard guard;
         initialise(request, database);

@@ -3,7 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <iostream>
+#include <cstdio>
 
 namespace {
 
@@ -35,9 +35,7 @@ ExitCode perform(const Work& work) {
     }
 }
 
-}  // namespace
-
-int main(int argumentCount, char** arguments) {
+ExitCode parseAndPerform(int argumentCount, char** arguments) {
     CLI::App program(
         "Configures multi-gigabit serial transceivers: from a request and a device "
         "database to registers.",
@@ -53,7 +51,19 @@ int main(int argumentCount, char** arguments) {
         program.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
         const bool isHelp = program.exit(error) == 0;
-        return static_cast<int>(isHelp ? ExitCode::done : ExitCode::usage);
+        return isHelp ? ExitCode::done : ExitCode::usage;
     }
-    return static_cast<int>(perform(chosen));
+    return perform(chosen);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    try {
+        return static_cast<int>(parseAndPerform(argumentCount, arguments));
+    } catch (...) {
+        // What the console could not report any more.
+        (void)std::fputs("ERROR: lanecfg can't go on.\n", stderr);
+        return static_cast<int>(ExitCode::failed);
+    }
 }

@@ -24,10 +24,16 @@ std::string textForm(const Answer& answer) {
     return result;
 }
 
+std::string jsonForm(const Answer& answer) {
+    return answer.document
+               ? answer.document->dump(jsonIndent, ' ', false, Json::error_handler_t::replace) +
+                     '\n'
+               : jsonText(answer.table);
+}
+
 std::string rendered(const Answer& answer, const std::string& format) {
     if (format == "json") {
-        const Json document = answer.document ? *answer.document : jsonRows(answer.table);
-        return document.dump(jsonIndent, ' ', false, Json::error_handler_t::replace) + '\n';
+        return jsonForm(answer);
     }
     return format == "csv" ? csvText(answer.table) : textForm(answer);
 }

@@ -108,6 +108,14 @@ std::string csvLine(const std::vector<std::string>& fields) {
     return (line.empty() ? "\"\"" : line) + '\n';
 }
 
+Json jsonRow(const Table& table, const std::vector<Cell>& row) {
+    Json entry = Json::object();
+    for (std::size_t column = 0; column < row.size(); ++column) {
+        entry[table.columns[column]] = row[column].value;
+    }
+    return entry;
+}
+
 }  // namespace
 
 Cell::Cell(Json cellValue) : text(textOf(cellValue)), value(std::move(cellValue)) {}
@@ -137,16 +145,12 @@ std::string csvText(const Table& table) {
     return result;
 }
 
-Json jsonRows(const Table& table) {
-    Json result = Json::array();
+std::string jsonText(const Table& table) {
+    std::string result = "[";
     for (const std::vector<Cell>& row : table.rows) {
-        Json entry = Json::object();
-        for (std::size_t column = 0; column < row.size(); ++column) {
-            entry[table.columns[column]] = row[column].value;
-        }
-        result.push_back(std::move(entry));
+        result += (result.size() == 1 ? "\n  " : ",\n  ") + jsonText(jsonRow(table, row));
     }
-    return result;
+    return result + (table.rows.empty() ? "]\n" : "\n]\n");
 }
 
 std::string jsonText(const Json& document) {

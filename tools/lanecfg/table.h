@@ -30,9 +30,9 @@ struct Table {
 std::string alignedText(const Table& table);
 /// Comma separated values as RFC 4180 has them, with line feeds as line ends.
 std::string csvText(const Table& table);
-/// A list of objects with the column names as keys.
-Json jsonRows(const Table& table);
-/// JSON as the program prints it; bytes that are no UTF-8 are replaced.
+/// JSON list with a line for each row, an object with the column names as keys.
+std::string jsonText(const Table& table);
+/// JSON on one line; bytes that are no UTF-8 are replaced.
 std::string jsonText(const Json& document);
 
 }  // namespace sable_lanecfg::tool
