@@ -216,15 +216,15 @@ TEST_F(CommandLine, WarnsOfADictionaryFormWithoutPart) {
 class BadDatabase : public CommandLine {
   protected:
     ProgramResult runOnDatabase(const SxaDatabase& database) const {
-        return run({"attributes", bundledRequestFile("sxa_basic"), "--database",
-                    database.writeTo(directory)});
+        return run(
+            {"attributes", requestPath("sxa_basic"), "--database", database.writeTo(directory)});
     }
 };
 
 TEST_F(BadDatabase, WithoutFolderForTheFamilyNamesWhatItExpected) {
     SxaDatabase().writeTo(directory);
-    const ProgramResult result = run({"attributes", bundledRequestFile("sxa_basic"), "--family",
-                                      "SXB", "--database", directory.path().string()});
+    const ProgramResult result = run({"attributes", requestPath("sxa_basic"), "--family", "SXB",
+                                      "--database", directory.path().string()});
     expectFailure(result, 1,
                   "There is no database for the live rules of SXB: expected device.json, "
                   "parameters.json and registers.json in " +
@@ -232,15 +232,14 @@ TEST_F(BadDatabase, WithoutFolderForTheFamilyNamesWhatItExpected) {
 }
 
 TEST_F(BadDatabase, ThatDoesNotExistNamesTheVariable) {
-    expectFailure(
-        run({"attributes", bundledRequestFile("sxa_basic")}, {{"LANECFG_DATA", "/nonexistent"}}), 1,
-        "named by the variable LANECFG_DATA");
+    expectFailure(run({"attributes", requestPath("sxa_basic")}, {{"LANECFG_DATA", "/nonexistent"}}),
+                  1, "named by the variable LANECFG_DATA");
 }
 
 TEST_F(BadDatabase, FrozenRulesOfSxbHaveAFolderOfTheirOwn) {
     const ProgramResult result =
-        run({"attributes", bundledRequestFile("sxa_basic"), "--family", "SXB", "--selector",
-             "stable", "--database", directory.path().string()});
+        run({"attributes", requestPath("sxa_basic"), "--family", "SXB", "--selector", "stable",
+             "--database", directory.path().string()});
     expectFailure(result, 1, directory.file("SXB-stable"));
 }
 
@@ -271,7 +270,7 @@ TEST_F(BadDatabase, WithAFieldOfOneNumberLeavesTheFieldOutOfItsRegister) {
     ASSERT_EQ(database.registers["A_CFG0"]["fields"]["A_CFG0.A_BGRCALOVRD"],
               nlohmann::json({2, 5}));
     database.registers["A_CFG0"]["fields"]["A_CFG0.A_BGRCALOVRD"] = nlohmann::json::array({2});
-    const ProgramResult result = run({"attributes", bundledRequestFile("sxa_basic"), "--database",
+    const ProgramResult result = run({"attributes", requestPath("sxa_basic"), "--database",
                                       database.writeTo(directory), "--format", "csv"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_THAT(result.output, HasSubstr("\nA_CFG0,256,0x00000100\n"));
@@ -285,7 +284,7 @@ TEST_P(BadDatabaseFile, ThatIsMissingIsNamed) {
     const std::string file = folder + "/" + GetParam();
     std::filesystem::remove(file);
     const ProgramResult result =
-        run({"attributes", bundledRequestFile("sxa_basic"), "--database", folder});
+        run({"attributes", requestPath("sxa_basic"), "--database", folder});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("ERROR: Error in parsing the file " + file + "."));
 }
@@ -294,7 +293,7 @@ TEST_P(BadDatabaseFile, ThatIsTruncatedIsNamed) {
     const std::string folder = SxaDatabase().writeTo(directory);
     const std::string file = directory.write("SXA/" + GetParam(), "{\"a\": {");
     const ProgramResult result =
-        run({"attributes", bundledRequestFile("sxa_basic"), "--database", folder});
+        run({"attributes", requestPath("sxa_basic"), "--database", folder});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("ERROR: Error in parsing the file " + file + "."));
 }
@@ -304,7 +303,7 @@ TEST_P(BadDatabaseFile, ThatIsNestedVeryDeeplyIsNamed) {
     const std::string file =
         directory.write("SXA/" + GetParam(), std::string(100'000, '[') + std::string(100'000, ']'));
     const ProgramResult result =
-        run({"attributes", bundledRequestFile("sxa_basic"), "--database", folder});
+        run({"attributes", requestPath("sxa_basic"), "--database", folder});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("ERROR: Error in parsing the file " + file + "."));
 }
@@ -314,7 +313,7 @@ TEST_P(BadDatabaseFile, ThatIsAPipeIsRefused) {
     const std::string file = folder + "/" + GetParam();
     std::filesystem::remove(file);
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-    expectFailure(run({"attributes", bundledRequestFile("sxa_basic"), "--database", folder}), 1,
+    expectFailure(run({"attributes", requestPath("sxa_basic"), "--database", folder}), 1,
                   "Error in parsing the file " + file + ". It is no regular file");
 }
 

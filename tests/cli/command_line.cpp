@@ -6,20 +6,10 @@
 #include <filesystem>
 
 namespace lanecfg_test {
-namespace {
-
-const std::string bundledData = LANECFG_BUNDLED_DATA;
-
-nlohmann::json readJson(const std::string& file) {
-    return nlohmann::json::parse(readFile(file));
-}
-
-}  // namespace
-
 SxaDatabase::SxaDatabase()
-    : device(readJson(bundledData + "/SXA/device.json")),
-      parameters(readJson(bundledData + "/SXA/parameters.json")),
-      registers(readJson(bundledData + "/SXA/registers.json")) {}
+    : device(referenceFile("SXA", "device.json")),
+      parameters(referenceFile("SXA", "parameters.json")),
+      registers(referenceFile("SXA", "registers.json")) {}
 
 std::string SxaDatabase::writeTo(const TemporaryDirectory& directory) const {
     std::filesystem::create_directory(directory.file("SXA"));
@@ -27,14 +17,6 @@ std::string SxaDatabase::writeTo(const TemporaryDirectory& directory) const {
     directory.write("SXA/parameters.json", parameters.dump());
     directory.write("SXA/registers.json", registers.dump());
     return directory.file("SXA");
-}
-
-std::string bundledRequestFile(const std::string& name) {
-    return bundledData + "/requests/" + name + ".json";
-}
-
-nlohmann::json bundledRequest(const std::string& name) {
-    return readJson(bundledRequestFile(name));
 }
 
 std::string CaseName::operator()(const testing::TestParamInfo<std::string>& test) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/reference_data.h"
 #include "support/run_program.h"
 #include "support/temporary_directory.h"
 
@@ -23,11 +24,6 @@ struct SxaDatabase {
     nlohmann::json parameters;
     nlohmann::json registers;
 };
-
-/// Content of a bundled request, for example "sxa_basic".
-nlohmann::json bundledRequest(const std::string& name);
-/// Path of a bundled request.
-std::string bundledRequestFile(const std::string& name);
 
 /// Names the cases of a parameterised test: by their member `name`, or, where they are words, by
 /// the words, with underscores for dots and hyphens.

@@ -124,7 +124,7 @@ TEST_F(OnATerminal, ErrorsHaveNoColourWhereTheUserWantsNone) {
 }
 
 TEST_F(OnATerminal, ProgressIsShownAndTakenAway) {
-    const std::string errors = errorsOf(bundledRequestFile("sxa_basic"));
+    const std::string errors = errorsOf(requestPath("sxa_basic"));
     EXPECT_THAT(errors, HasSubstr("Running the live rules of SXA on "));
     EXPECT_THAT(errors, testing::EndsWith("\r\x1b[K"));
 }

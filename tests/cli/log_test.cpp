@@ -6,15 +6,15 @@ namespace {
 class LogCommand : public CommandLine {};
 
 TEST_F(LogCommand, GivesAListInJson) {
-    EXPECT_TRUE(answerOf({"log", bundledRequestFile("sxa_basic")}).is_array());
+    EXPECT_TRUE(answerOf({"log", requestPath("sxa_basic")}).is_array());
 }
 
 TEST_F(LogCommand, GivesTheSameLinesInText) {
     std::string lines;
-    for (const nlohmann::json& line : answerOf({"log", bundledRequestFile("sxa_basic")})) {
+    for (const nlohmann::json& line : answerOf({"log", requestPath("sxa_basic")})) {
         lines += line.get<std::string>() + "\n";
     }
-    const ProgramResult result = run({"log", bundledRequestFile("sxa_basic")});
+    const ProgramResult result = run({"log", requestPath("sxa_basic")});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.output, lines);
 }

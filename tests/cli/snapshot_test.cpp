@@ -145,9 +145,8 @@ TEST_F(SnapshotCommand, GivesTheParametersOfEachRate) {
 }
 
 TEST_F(SnapshotCommand, TakesOptionsBeforeTheRequest) {
-    const ProgramResult result =
-        run({"snapshot", "--channel", "0", "--channel", "3", "--name", "LaneNum",
-             bundledRequestFile("sxa_basic"), "--format", "csv"});
+    const ProgramResult result = run({"snapshot", "--channel", "0", "--channel", "3", "--name",
+                                      "LaneNum", requestPath("sxa_basic"), "--format", "csv"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output,
               "channel,tx_rate,rx_rate,name,type,value,rule\n"
@@ -156,13 +155,12 @@ TEST_F(SnapshotCommand, TakesOptionsBeforeTheRequest) {
 }
 
 TEST_F(SnapshotCommand, FailsWhenNoVariableMatches) {
-    expectFailure(run({"snapshot", bundledRequestFile("sxa_basic"), "--channel", "4"}), 1,
+    expectFailure(run({"snapshot", requestPath("sxa_basic"), "--channel", "4"}), 1,
                   "channel 3 has transmit rates 0 to 0");
 }
 
 TEST_F(SnapshotCommand, TakesNoChannelThatIsNoNumber) {
-    expectFailure(run({"snapshot", bundledRequestFile("sxa_basic"), "--channel", "x"}), 2,
-                  "--channel");
+    expectFailure(run({"snapshot", requestPath("sxa_basic"), "--channel", "x"}), 2, "--channel");
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ class Subcommand : public CommandLine, public testing::WithParamInterface<std::s
     ProgramResult runWith(const std::vector<std::string>& more) const {
         std::vector<std::string> arguments = {GetParam()};
         if (GetParam() != "families" && GetParam() != "check-database") {
-            arguments.push_back(bundledRequestFile("sxa_basic"));
+            arguments.push_back(requestPath("sxa_basic"));
         }
         arguments.insert(arguments.end(), more.begin(), more.end());
         return run(arguments);
@@ -70,21 +70,20 @@ TEST_P(RequestSubcommand, NeedsARequest) {
 }
 
 TEST_P(RequestSubcommand, TakesOneRequest) {
-    const std::string file = bundledRequestFile("sxa_basic");
+    const std::string file = requestPath("sxa_basic");
     expectFailure(run({GetParam(), file, file}), 2, file);
 }
 
 TEST_P(RequestSubcommand, TakesNoUnknownFamily) {
-    expectFailure(run({GetParam(), bundledRequestFile("sxa_basic"), "--family", "SXZ"}), 2, "SXZ");
+    expectFailure(run({GetParam(), requestPath("sxa_basic"), "--family", "SXZ"}), 2, "SXZ");
 }
 
 TEST_P(RequestSubcommand, TakesNoUnknownSelector) {
-    expectFailure(run({GetParam(), bundledRequestFile("sxa_basic"), "--selector", "newest"}), 2,
-                  "newest");
+    expectFailure(run({GetParam(), requestPath("sxa_basic"), "--selector", "newest"}), 2, "newest");
 }
 
 TEST_P(RequestSubcommand, TakesNoPartWithTheFileForm) {
-    expectFailure(run({GetParam(), bundledRequestFile("sxa_basic"), "--part", "a-b-c-d-e-f-g"}), 2,
+    expectFailure(run({GetParam(), requestPath("sxa_basic"), "--part", "a-b-c-d-e-f-g"}), 2,
                   "has the file form (\"laneUsage\" is no object), which takes no part name");
 }
 
