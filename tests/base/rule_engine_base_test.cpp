@@ -1,4 +1,6 @@
 #include "base/rule_engine_fixture.h"
+#include "support/captured_output.h"
+#include "support/undefined_name.h"
 
 #include <lanecfg/rule_engine_base.h>
 
@@ -237,6 +239,30 @@ TEST_F(RuleEngineBase, MovedEngineGoesOnWithItsOrderAndParity) {
 
     EXPECT_THAT(ran, ElementsAre("a", "b"));
     EXPECT_EQ(target.findVariable("released"), nullptr);
+}
+
+TEST_F(RuleEngineBase, MoveConstructedEngineGoesOnWithTheParity) {
+    engine.rule({}, {"a"}, noting("a"));
+    engine.runRules();
+    PassEngine samePass(std::move(engine));
+    samePass.runRules();
+    EXPECT_THAT(ran, ElementsAre("a"));
+
+    samePass.flip();
+    PassEngine nextPass(std::move(samePass));
+    nextPass.runRules();
+    EXPECT_THAT(ran, ElementsAre("a", "a"));
+}
+
+TEST_F(RuleEngineBase, SourceOfAMoveAssignmentIsLeftWithoutVariables) {
+    engine.setVal("a", 1U);
+    PassEngine target;
+    target.setVal("b", 2U);
+    target = std::move(engine);
+
+    EXPECT_EQ(target.getVal<unsigned int>("a"), 1U);
+    EXPECT_EQ(target.findVariable("b"), nullptr);
+    EXPECT_THAT(engine.varMap, IsEmpty());  // NOLINT(bugprone-use-after-move): what a move leaves
 }
 
 TEST_F(RuleEngineBase, EngineThatWasMovedFromMayBeAssignedTo) {

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <iostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -41,32 +39,5 @@ class RuleEngineFixture : public testing::Test {
     PassEngine engine;
     std::vector<std::string> ran;
 };
-
-/// Takes the place of standard output while it lives.
-class CapturedOutput {
-  public:
-    CapturedOutput() : previous_(std::cout.rdbuf(text_.rdbuf())) {}
-    ~CapturedOutput() { std::cout.rdbuf(previous_); }
-    CapturedOutput(const CapturedOutput&) = delete;
-    CapturedOutput& operator=(const CapturedOutput&) = delete;
-
-    std::string text() const { return text_.str(); }
-
-  private:
-    std::ostringstream text_;
-    std::streambuf* previous_;
-};
-
-/// The name that a read reports as undefined; fails the test when the read succeeds.
-template <class Read>
-std::string undefinedName(Read read) {
-    try {
-        read();
-    } catch (const std::string& name) {
-        return name;
-    }
-    ADD_FAILURE() << "the read succeeded";
-    return {};
-}
 
 }  // namespace lanecfg_test

@@ -1,4 +1,5 @@
 #include "support/captured_messages.h"
+#include "support/clean_log.h"
 
 #include <lanecfg/rule_engine_utilities.h>
 
@@ -23,9 +24,8 @@ using testing::Pair;
 // ---- log ------------------------------------------------------------------------------------
 
 class Log : public testing::Test {
-  protected:
-    Log() { rule_engine_utilities::clean_log(); }
-    ~Log() override { rule_engine_utilities::clean_log(); }
+  private:
+    const lanecfg_test::CleanLog cleanLog_;
 };
 
 TEST_F(Log, KeepsLinesInOrderOfWriting) {

@@ -1,4 +1,6 @@
 #include "base/rule_engine_fixture.h"
+#include "support/captured_output.h"
+#include "support/undefined_name.h"
 
 #include <lanecfg/rule_engine_base.h>
 
@@ -8,8 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -174,6 +178,21 @@ TEST_F(RuleGraph, LastRegistrationOfAnOutputWins) {
 
     EXPECT_THAT(ran, ElementsAre("g"));
     EXPECT_EQ(engine.varMap.at("x").ruleNumber, 1);
+}
+
+TEST_F(RuleGraph, RuleThatLostItsOnlyOutputStaysStoredUntilTheEngineEnds) {
+    auto token = std::make_shared<std::string>("lost");
+    const std::weak_ptr<std::string> stored = token;
+    {
+        PassEngine own;
+        own.rule({}, {"a"}, [this, kept = std::move(token)] { ran.push_back(*kept); });
+        own.rule({}, {"a"}, noting("owner"));
+        own.runRules();
+
+        EXPECT_THAT(ran, ElementsAre("owner"));
+        EXPECT_FALSE(stored.expired());
+    }
+    EXPECT_TRUE(stored.expired());
 }
 
 TEST_F(RuleGraph, RuleThatLostAnOutputStillRunsThroughAnother) {

@@ -181,11 +181,4 @@ TEST_F(AttributeMap, RefusesAComposedRegisterThatTheDatabaseLacks) {
     }
 }
 
-TEST_F(AttributeMap, AnswersThroughTheVirtualTable) {
-    reg("REG", "CH");
-    snapshot(0, 0, 0, {{"REG", 1U}});
-    sable_lanecfg::gt_rule_engine& base = engine;
-    EXPECT_EQ(base.getAttribMap().size(), 1U);
-}
-
 }  // namespace

@@ -1,11 +1,17 @@
 #include "block_engine.h"
+#include "support/captured_output.h"
+#include "support/undefined_name.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <random>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -13,7 +19,6 @@ using lanecfg_test::BlockEngine;
 using lanecfg_test::BlockSetup;
 using lanecfg_test::countedRates;
 using lanecfg_test::rateList;
-using sable_lanecfg::ruleValue;
 using sable_lanecfg::userParamStore;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -135,27 +140,40 @@ TEST(BlockRun, ChannelsBeyondTheQuadDoNotRun) {
     EXPECT_EQ(engine.passCounts(), (std::vector<std::size_t>{4, 4, 4, 4}));
 }
 
-TEST(BlockRunProperty, PassesAreTheRatesOfBothDirectionsOrTheirDiagonal) {
-    std::mt19937 random(20240);
+/// The { transmit, receive } labels of the passes of each channel.
+using labelLists = std::vector<std::vector<std::pair<unsigned int, unsigned int>>>;
+
+/// A block of random rates, and the passes that it has to run.
+struct RandomBlock {
+    BlockSetup setup = twoParameters();
+    labelLists labels = labelLists(4);
+};
+
+RandomBlock randomBlock(std::mt19937& random) {
     std::uniform_int_distribution<unsigned int> rateCount(0, 5);
-    for (int round = 0; round < 100; ++round) {
-        BlockSetup setup = twoParameters();
-        std::vector<std::vector<std::pair<unsigned int, unsigned int>>> expected(4);
-        for (unsigned int channel = 0; channel < 4; ++channel) {
-            const unsigned int txCount = rateCount(random);
-            const unsigned int rxCount = rateCount(random);
-            const bool together = random() % 2 == 0;
-            setup.rates(0, channel, countedRates("TX_A", txCount));
-            setup.rates(1, channel, countedRates("RX_A", rxCount));
-            setup.lane(static_cast<int>(channel), "a", together ? "a" : "b");
-            for (unsigned int tx = 0; tx < std::max(txCount, 1U); ++tx) {
-                for (unsigned int rx = 0; rx < std::max(rxCount, 1U); ++rx) {
-                    if (!together || tx == rx) {
-                        expected[channel].emplace_back(tx, rx);
-                    }
+    RandomBlock block;
+    for (unsigned int channel = 0; channel < 4; ++channel) {
+        const unsigned int txCount = rateCount(random);
+        const unsigned int rxCount = rateCount(random);
+        const bool together = random() % 2 == 0;
+        block.setup.rates(0, channel, countedRates("TX_A", txCount));
+        block.setup.rates(1, channel, countedRates("RX_A", rxCount));
+        block.setup.lane(static_cast<int>(channel), "a", together ? "a" : "b");
+        for (unsigned int tx = 0; tx < std::max(txCount, 1U); ++tx) {
+            for (unsigned int rx = 0; rx < std::max(rxCount, 1U); ++rx) {
+                if (!together || tx == rx) {
+                    block.labels[channel].emplace_back(tx, rx);
                 }
             }
         }
+    }
+    return block;
+}
+
+TEST(BlockRunProperty, PassesAreTheRatesOfBothDirectionsOrTheirDiagonal) {
+    std::mt19937 random(20240);
+    for (int round = 0; round < 100; ++round) {
+        const auto [setup, expected] = randomBlock(random);
         BlockEngine engine(setup);
         countRuns(engine, "RUNS");
         engine.runBlockRules();
@@ -205,12 +223,16 @@ TEST(BlockRun, RulesSeeWhatThePassSets) {
     EXPECT_EQ(engine.inPasses<std::string>(3, "SEEN"), (texts{"ES2:1:3:0", "ES2:1:3:1"}));
 }
 
-class BlockRunRevision
-    : public ::testing::TestWithParam<std::map<std::string, std::vector<std::string>>> {};
+struct SettingsWithoutRevision {
+    const char* name;
+    std::map<std::string, std::vector<std::string>> settings;
+};
+
+class BlockRunRevision : public ::testing::TestWithParam<SettingsWithoutRevision> {};
 
 TEST_P(BlockRunRevision, WithoutARevisionIsTheEmptyText) {
     BlockSetup setup = twoParameters();
-    setup.settings = GetParam();
+    setup.settings = GetParam().settings;
     BlockEngine engine(setup);
     engine.runBlockRules();
     EXPECT_EQ(engine.inPass<std::string>(0, 0, "siliconRev"), "");
@@ -218,9 +240,10 @@ TEST_P(BlockRunRevision, WithoutARevisionIsTheEmptyText) {
 }
 
 INSTANTIATE_TEST_SUITE_P(MissingOrEmpty, BlockRunRevision,
-                         ::testing::Values(std::map<std::string, std::vector<std::string>>{},
-                                           std::map<std::string, std::vector<std::string>>{
-                                               {"siliconRev", {}}}));
+                         ::testing::Values(SettingsWithoutRevision{"NoSettings", {}},
+                                           SettingsWithoutRevision{"EmptyList",
+                                                                   {{"siliconRev", {}}}}),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST(BlockRun, OnlyTheFirstRevisionCounts) {
     BlockSetup setup = twoParameters();
@@ -400,20 +423,45 @@ TEST(BlockRunProperty, OutputThatARuleLeavesAloneKeepsTheValueOfTheLastPassThatW
     }
 }
 
-TEST(BlockRun, LabelsAreVisibleToRulesFromTheSecondPassOn) {
-    BlockSetup setup = twoParameters();
-    setup.rates(0, 0, countedRates("TX_A", 2)).rates(1, 0, countedRates("RX_A", 2));
-    BlockEngine engine(setup);
+/// Adds a rule that notes in SEEN the labels that it finds, both digits in one text.
+void noteLabels(BlockEngine& engine) {
     engine.rule({}, {"SEEN"}, [&engine] {
         const bool labelled = engine.findVariable("TX") != nullptr;
         engine.setVal("SEEN", labelled ? engine.getValAsString("TX") + engine.getValAsString("RX")
                                        : std::string("none"));
     });
+}
+
+TEST(BlockRun, LabelsAreVisibleToRulesFromTheSecondPassOn) {
+    BlockSetup setup = twoParameters();
+    setup.rates(0, 0, countedRates("TX_A", 2)).rates(1, 0, countedRates("RX_A", 2));
+    BlockEngine engine(setup);
+    noteLabels(engine);
     engine.runBlockRules();
     // Each pass sees the labels of the pass before it.
     EXPECT_EQ(engine.inPasses<std::string>(0, "SEEN"), (texts{"none", "00", "01", "10"}));
     EXPECT_EQ(engine.inPasses<std::string>(1, "SEEN"), texts{"11"});
     EXPECT_EQ(engine.inPasses<std::string>(2, "SEEN"), texts{"00"});
+}
+
+TEST(BlockRunProperty, RulesSeeTheLabelsOfThePassBeforeAlsoAcrossChannels) {
+    std::mt19937 random(4711);
+    for (int round = 0; round < 100; ++round) {
+        const auto [setup, labels] = randomBlock(random);
+        BlockEngine engine(setup);
+        noteLabels(engine);
+        engine.runBlockRules();
+        std::string before = "none";
+        for (std::size_t channel = 0; channel < 4; ++channel) {
+            texts expected;
+            for (const auto& [tx, rx] : labels[channel]) {
+                expected.push_back(before);
+                before = std::to_string(tx) + std::to_string(rx);
+            }
+            ASSERT_EQ(engine.inPasses<std::string>(channel, "SEEN"), expected)
+                << "round " << round << ", channel " << channel;
+        }
+    }
 }
 
 // Snapshots
@@ -477,10 +525,9 @@ TEST(BlockRun, UndefinedInputOfARuleIsThrownByName) {
     BlockEngine engine(twoParameters());
     engine.rule({"NEVER_SET"}, {"OUT"},
                 [&engine] { engine.setVal("OUT", engine.getVal<unsigned int>("NEVER_SET")); });
-    ::testing::internal::CaptureStdout();
-    EXPECT_THROW(engine.runBlockRules(), std::string);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
-              "ERROR: Key Not found - NEVER_SET, or value undefined.\n");
+    const lanecfg_test::CapturedOutput output;
+    EXPECT_EQ(lanecfg_test::undefinedName([&engine] { engine.runBlockRules(); }), "NEVER_SET");
+    EXPECT_EQ(output.text(), "ERROR: Key Not found - NEVER_SET, or value undefined.\n");
 }
 
 }  // namespace

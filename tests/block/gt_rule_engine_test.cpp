@@ -1,14 +1,24 @@
 #include "block_engine.h"
+#include "support/captured_output.h"
+#include "support/clean_log.h"
 
 #include <lanecfg/rule_engine_utilities.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
 namespace {
 
 using lanecfg_test::BlockEngine;
 using lanecfg_test::BlockSetup;
+using lanecfg_test::CapturedOutput;
+using lanecfg_test::CleanLog;
 using lanecfg_test::rateList;
 using sable_lanecfg::channelUsageInfo;
 using sable_lanecfg::rule_engine_utilities;
@@ -153,6 +163,7 @@ TEST(FindModeOfTwoChannelFamily, HasTwoChannels) {
 }
 
 struct TypedDefault {
+    std::string name;
     const char* type;
     const char* text;
     ruleValue value;
@@ -169,13 +180,18 @@ TEST_P(DefaultOfType, IsConverted) {
 
 INSTANTIATE_TEST_SUITE_P(
     Types, DefaultOfType,
-    ::testing::Values(TypedDefault{"int", "12abc", 12U}, TypedDefault{"int", "-1", 4294967295U},
-                      TypedDefault{"int", "", 0U}, TypedDefault{"float", "0.1", 0.1F},
-                      TypedDefault{"double", "1.5e3", 1500.0}, TypedDefault{"double", "none", 0.0},
-                      TypedDefault{"string", "", std::string()},
-                      TypedDefault{"string", "R0 ", std::string("R0 ")},
-                      TypedDefault{"bool", "TRUE", true}, TypedDefault{"bool", "1", true},
-                      TypedDefault{"bool", "on", false}));
+    ::testing::Values(TypedDefault{"IntBeforeLetters", "int", "12abc", 12U},
+                      TypedDefault{"NegativeIntWraps", "int", "-1", 4294967295U},
+                      TypedDefault{"IntOfEmptyText", "int", "", 0U},
+                      TypedDefault{"Float", "float", "0.1", 0.1F},
+                      TypedDefault{"DoubleWithExponent", "double", "1.5e3", 1500.0},
+                      TypedDefault{"DoubleOfLetters", "double", "none", 0.0},
+                      TypedDefault{"EmptyText", "string", "", std::string()},
+                      TypedDefault{"TextWithBlank", "string", "R0 ", std::string("R0 ")},
+                      TypedDefault{"BoolInCapitals", "bool", "TRUE", true},
+                      TypedDefault{"BoolByOne", "bool", "1", true},
+                      TypedDefault{"BoolOfAnotherWord", "bool", "on", false}),
+    [](const auto& test) { return test.param.name; });
 
 class PopulateUserParamDefaults : public ::testing::Test {
   protected:
@@ -249,9 +265,8 @@ struct TypeAndPrefix {
 };
 
 class GetPrefix : public ::testing::TestWithParam<TypeAndPrefix> {
-  protected:
-    GetPrefix() { rule_engine_utilities::clean_log(); }
-    ~GetPrefix() override { rule_engine_utilities::clean_log(); }
+  private:
+    const CleanLog cleanLog_;
 };
 
 class GetPrefixOfKnownType : public GetPrefix {};
@@ -316,26 +331,68 @@ TEST_F(Snapshots, AreGivenOutAsACopy) {
 }
 
 TEST_F(Snapshots, AreWalkedByDumpVarsWithoutATrace) {
-    rule_engine_utilities::clean_log();
-    ::testing::internal::CaptureStdout();
+    const CleanLog cleanLog;
+    const CapturedOutput output;
     engine.dumpVars();
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(output.text(), "");
     EXPECT_THAT(rule_engine_utilities::get_log_content(), IsEmpty());
     EXPECT_EQ(engine.passCounts(), (std::vector<std::size_t>{1, 1, 1, 1}));
 }
 
-TEST(RuleSetRoots, BothRunTheBlock) {
-    BlockSetup setup;
-    setup.parameter("TX_A", "int", "7");
-    sable_lanecfg::gt_rule_engine_live live(setup.family, setup.usage, setup.types, setup.params,
-                                            setup.attributes, setup.settings);
-    sable_lanecfg::gt_rule_engine_iter_stable frozen(
-        setup.family, setup.usage, setup.types, setup.params, setup.attributes, setup.settings);
-    for (sable_lanecfg::gt_rule_engine* engine :
-         std::vector<sable_lanecfg::gt_rule_engine*>{&live, &frozen}) {
-        engine->runBlockRules();
-        EXPECT_THAT(engine->blockVarMap, SizeIs(4));
+/// An engine of either root of the rule sets.
+template <class Engine>
+Engine engineOf(const BlockSetup& setup) {
+    return Engine(setup.family, setup.usage, setup.types, setup.params, setup.attributes,
+                  setup.settings);
+}
+
+/// A rule set with its own run and its own answer, which tells how often it ran.
+template <class Root>
+class OverridingRuleSet : public Root {
+  public:
+    using Root::Root;
+
+    void runBlockRules() override { ++runs_; }
+    std::map<std::string, std::string> getAttribMap() override {
+        return {{"own runs", std::to_string(runs_)}};
     }
+
+  private:
+    int runs_ = 0;
+};
+
+template <class Root>
+class RuleSetRoot : public ::testing::Test {
+  protected:
+    const BlockSetup setup = BlockSetup().parameter("TX_A", "int", "7").reg("TX_A", "CH");
+};
+
+struct RootNames {
+    template <class Root>
+    static std::string GetName(int /*index*/) {
+        return std::is_same_v<Root, sable_lanecfg::gt_rule_engine_live> ? "live" : "stable";
+    }
+};
+
+using Roots =
+    ::testing::Types<sable_lanecfg::gt_rule_engine_live, sable_lanecfg::gt_rule_engine_iter_stable>;
+TYPED_TEST_SUITE(RuleSetRoot, Roots, RootNames);
+
+TYPED_TEST(RuleSetRoot, RunsTheBlockAndAnswersFromItsSnapshots) {
+    auto engine = engineOf<TypeParam>(this->setup);
+    sable_lanecfg::gt_rule_engine& base = engine;
+    base.runBlockRules();
+    EXPECT_THAT(base.blockVarMap, SizeIs(4));
+    EXPECT_THAT(base.getAttribMap(), ElementsAre(Pair("CH0_TX_A", "7"), Pair("CH1_TX_A", "7"),
+                                                 Pair("CH2_TX_A", "7"), Pair("CH3_TX_A", "7")));
+}
+
+TYPED_TEST(RuleSetRoot, LetsARuleSetReplaceTheRunAndTheAnswer) {
+    auto engine = engineOf<OverridingRuleSet<TypeParam>>(this->setup);
+    sable_lanecfg::gt_rule_engine& base = engine;
+    base.runBlockRules();
+    EXPECT_THAT(base.blockVarMap, IsEmpty());
+    EXPECT_THAT(base.getAttribMap(), ElementsAre(Pair("own runs", "1")));
 }
 
 }  // namespace

@@ -10,7 +10,6 @@ namespace {
 
 using lanecfg_test::BlockEngine;
 using lanecfg_test::BlockSetup;
-using lanecfg_test::rateList;
 using sable_lanecfg::ruleValue;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;

@@ -6,10 +6,6 @@ namespace lanecfg_test {
 
 using sable_lanecfg::gt_db_load;
 
-std::string parseError(const std::string& file) {
-    return "Error in parsing the file " + file + ".";
-}
-
 DatabaseTest::~DatabaseTest() {
     for (const sable_lanecfg::quadsUsageInfo* record : records_) {
         delete record;

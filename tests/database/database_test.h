@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/captured_messages.h"
+#include "support/loader_messages.h"
 #include "support/print_rule_value.h"
 #include "support/small_database.h"
 #include "support/temporary_directory.h"
@@ -13,9 +14,6 @@
 #include <vector>
 
 namespace lanecfg_test {
-
-/// What the loader says of a file that it can't use.
-std::string parseError(const std::string& file);
 
 /// Loads small databases with all messages caught, and frees the records of quads at the end,
 /// since the loader hands them to nobody.

@@ -15,7 +15,6 @@ using lanecfg_test::DatabaseFiles;
 using lanecfg_test::gzipped;
 using lanecfg_test::parseError;
 using lanecfg_test::TemporaryDirectory;
-using lanecfg_test::zlibCompressed;
 using sable_lanecfg::gt_db_load;
 using testing::Contains;
 using testing::ElementsAre;
@@ -133,15 +132,11 @@ TEST_P(BadRequestFile, IsReportedAndFailsTheLoad) {
     const gt_db_load loader = loadFiles(files);
 
     EXPECT_FALSE(loader.m_loaded);
-    EXPECT_THAT(
-        errors(),
-        ElementsAre(parseError(files.userParameters),
-                    "quadUsage node not found. That is ok for SXD4, but not SXB - " +
-                        files.userParameters + ".",
-                    "Error in getting the Lane Usage data " + files.userParameters + ".",
-                    "Error in filling the user parameters Map",
-                    "Error in loading the user parameters. Please check whether all the required "
-                    "parameters are passed"));
+    EXPECT_THAT(errors(), ElementsAre(parseError(files.userParameters),
+                                      lanecfg_test::missingQuadUsage(files.userParameters),
+                                      lanecfg_test::unusableLaneUsage(files.userParameters),
+                                      lanecfg_test::unconvertibleParameters(),
+                                      lanecfg_test::unusableParameters()));
     EXPECT_THAT(loader.m_quadsUsage, IsEmpty());
     EXPECT_THAT(loader.m_channelUsage, IsEmpty());
     EXPECT_THAT(loader.m_userParams, IsEmpty());

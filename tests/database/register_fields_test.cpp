@@ -115,12 +115,18 @@ INSTANTIATE_TEST_SUITE_P(
         MissingKey{"AnyKey", R"("text")", "", ""}),
     [](const auto& test) { return test.param.name; });
 
-class RegisterNumber : public RegisterFields, public testing::WithParamInterface<std::string> {};
+/// A JSON value that is no integer of a field.
+struct NoInteger {
+    std::string name;
+    std::string text;
+};
+
+class RegisterNumber : public RegisterFields, public testing::WithParamInterface<NoInteger> {};
 
 TEST_P(RegisterNumber, ThatIsNoIntegerStopsTheReading) {
     read(R"({"R": {"dstSubBlock": "channel", "Offset": "0x0",
                    "fields": {"R.A": [1, 2], "R.B": [3, )" +
-         GetParam() + R"(, 4], "R.C": [5, 6]}}})");
+         GetParam().text + R"(, 4], "R.C": [5, 6]}}})");
 
     EXPECT_THAT(loader_.m_fields.at("R").fields,
                 ElementsAre(Pair("R.A", ElementsAre(1, 2)), Pair("R.B", ElementsAre(3))));
@@ -128,7 +134,14 @@ TEST_P(RegisterNumber, ThatIsNoIntegerStopsTheReading) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, RegisterNumber,
-                         testing::Values("\"x\"", "1.5", "\"\"", "\"1 2\"", "true", "null",
-                                         "2147483648", "-2147483649", "[1]", "{}"));
+                         testing::Values(NoInteger{"Letters", "\"x\""},
+                                         NoInteger{"Fraction", "1.5"},
+                                         NoInteger{"EmptyText", "\"\""},
+                                         NoInteger{"TwoNumbers", "\"1 2\""},
+                                         NoInteger{"Flag", "true"}, NoInteger{"Null", "null"},
+                                         NoInteger{"AboveTheRange", "2147483648"},
+                                         NoInteger{"BelowTheRange", "-2147483649"},
+                                         NoInteger{"List", "[1]"}, NoInteger{"Object", "{}"}),
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <string>
 
+using lanecfg_test::unknownParameter;
 using sable_lanecfg::channelUsageInfo;
 using sable_lanecfg::gt_db_load;
 using sable_lanecfg::laneUsageMap;
@@ -14,10 +15,8 @@ using sable_lanecfg::quadsUsageInfo;
 using sable_lanecfg::quadUsageMap;
 using sable_lanecfg::ruleValue;
 using sable_lanecfg::settingsMap;
-using sable_lanecfg::textMap;
 using sable_lanecfg::userParamMap;
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Key;
@@ -26,10 +25,6 @@ using testing::SizeIs;
 namespace {
 
 const std::string tessera = "tessera";
-
-std::string unknownParameter(const std::string& name) {
-    return "Error in loading the user param " + name + " from the userParameterTypes Json file.";
-}
 
 /// Lanes whose only rate sets parameter "N" to a number; 0 leaves the lane without a rate.
 settingsMap lanesWith(const std::map<std::string, unsigned>& numbers) {
@@ -386,6 +381,7 @@ TEST_F(RequestDictionary, EntersAnUnknownParameterIntoTheTypesWithoutAType) {
 
 /// A text and what it becomes for a parameter of a type.
 struct Conversion {
+    std::string name;
     std::string type;
     std::string text;
     ruleValue value;
@@ -404,17 +400,25 @@ TEST_P(DictionaryValue, TakesTheTypeOfTheParameter) {
 
 INSTANTIATE_TEST_SUITE_P(
     EachType, DictionaryValue,
-    testing::Values(Conversion{"string", "", std::string()},
-                    Conversion{"string", " R0,R1 ", std::string(" R0,R1 ")},
-                    Conversion{"int", "12", 12U}, Conversion{"int", "12abc", 12U},
-                    Conversion{"int", "", 0U}, Conversion{"int", "abc", 0U},
-                    Conversion{"int", "-1", 4294967295U},
-                    Conversion{"int", "4294967296", 4294967295U}, Conversion{"int", "1.9", 1U},
-                    Conversion{"bool", "TRUE", true}, Conversion{"bool", "1", true},
-                    Conversion{"bool", "true", true}, Conversion{"bool", "0", false},
-                    Conversion{"bool", "", false}, Conversion{"bool", "yes", false},
-                    Conversion{"float", "0.1", 0.1F}, Conversion{"float", "abc", 0.0F},
-                    Conversion{"double", "10.3125", 10.3125}, Conversion{"double", "1.5e3", 1500.0},
-                    Conversion{"double", "12e", 0.0}, Conversion{"double", "", 0.0}));
+    testing::Values(
+        Conversion{"EmptyText", "string", "", std::string()},
+        Conversion{"TextWithBlanksAndComma", "string", " R0,R1 ", std::string(" R0,R1 ")},
+        Conversion{"Int", "int", "12", 12U}, Conversion{"IntBeforeLetters", "int", "12abc", 12U},
+        Conversion{"IntOfEmptyText", "int", "", 0U}, Conversion{"IntOfLetters", "int", "abc", 0U},
+        Conversion{"NegativeIntWraps", "int", "-1", 4294967295U},
+        Conversion{"IntBeyondTheRangeIsTheLargest", "int", "4294967296", 4294967295U},
+        Conversion{"IntOfAFraction", "int", "1.9", 1U},
+        Conversion{"BoolInCapitals", "bool", "TRUE", true},
+        Conversion{"BoolByOne", "bool", "1", true}, Conversion{"BoolByWord", "bool", "true", true},
+        Conversion{"BoolByZero", "bool", "0", false},
+        Conversion{"BoolOfEmptyText", "bool", "", false},
+        Conversion{"BoolOfAnotherWord", "bool", "yes", false},
+        Conversion{"Float", "float", "0.1", 0.1F},
+        Conversion{"FloatOfLetters", "float", "abc", 0.0F},
+        Conversion{"Double", "double", "10.3125", 10.3125},
+        Conversion{"DoubleWithExponent", "double", "1.5e3", 1500.0},
+        Conversion{"DoubleWithOpenExponent", "double", "12e", 0.0},
+        Conversion{"DoubleOfEmptyText", "double", "", 0.0}),
+    [](const auto& test) { return test.param.name; });
 
 }  // namespace

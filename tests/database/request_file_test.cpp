@@ -8,10 +8,12 @@
 
 #include <string>
 
+using lanecfg_test::unconvertibleParameters;
+using lanecfg_test::unknownParameter;
+using lanecfg_test::unusableLaneUsage;
 using nlohmann::json;
 using sable_lanecfg::channelUsageInfo;
 using sable_lanecfg::gt_db_load;
-using sable_lanecfg::paramTypeInfo;
 using sable_lanecfg::quadsUsageInfo;
 using sable_lanecfg::ruleValue;
 using testing::ElementsAre;
@@ -20,12 +22,6 @@ using testing::Key;
 using testing::SizeIs;
 
 namespace {
-
-const std::string unconvertible = "Error in filling the user parameters Map";
-
-std::string unknownParameter(const std::string& name) {
-    return "Error in loading the user param " + name + " from the userParameterTypes Json file.";
-}
 
 class RequestFile : public lanecfg_test::DatabaseTest {
   protected:
@@ -157,9 +153,7 @@ TEST_F(RequestFile, ReportsThatQuadUsageIsMissingAndGoesOn) {
 
     EXPECT_TRUE(read());
     EXPECT_THAT(loader_.m_channelUsage, SizeIs(1));
-    EXPECT_THAT(
-        errors(),
-        ElementsAre("quadUsage node not found. That is ok for SXD4, but not SXB - " + file_ + "."));
+    EXPECT_THAT(errors(), ElementsAre(lanecfg_test::missingQuadUsage(file_)));
 }
 
 // Lanes
@@ -201,7 +195,7 @@ TEST_F(RequestFile, ReportsThatLaneUsageIsMissingAndGoesOn) {
     EXPECT_TRUE(read());
     EXPECT_THAT(loader_.m_channelUsage, IsEmpty());
     EXPECT_THAT(loader_.m_userParams, SizeIs(2));
-    EXPECT_THAT(errors(), ElementsAre("Error in getting the Lane Usage data " + file_ + "."));
+    EXPECT_THAT(errors(), ElementsAre(unusableLaneUsage(file_)));
 }
 
 /// How many elements a lane has got once the reading of a key failed.
@@ -220,7 +214,7 @@ class LaneWithout : public RequestFile, public testing::WithParamInterface<LaneF
             (std::vector<std::size_t>{lane.group.size(), lane.tx.size(), lane.rx.size(),
                                       lane.txrate.size(), lane.rxrate.size(), lane.rates.size()}),
             testing::ElementsAreArray(GetParam().sizes));
-        EXPECT_THAT(errors(), ElementsAre("Error in getting the Lane Usage data " + file_ + "."));
+        EXPECT_THAT(errors(), ElementsAre(unusableLaneUsage(file_)));
     }
 };
 
@@ -320,7 +314,7 @@ TEST_F(RequestFile, FailsWithoutUserParameters) {
     EXPECT_FALSE(read());
     EXPECT_THAT(loader_.m_userParams, IsEmpty());
     EXPECT_THAT(loader_.m_channelUsage, SizeIs(1));
-    EXPECT_THAT(errors(), ElementsAre(unconvertible));
+    EXPECT_THAT(errors(), ElementsAre(unconvertibleParameters()));
 }
 
 TEST_F(RequestFile, MayHaveNoParameters) {
@@ -345,6 +339,7 @@ TEST_F(RequestFile, ReadASecondTimeLeavesOnlyItsOwnData) {
 
 /// A JSON value and what it becomes for a parameter of a type.
 struct Conversion {
+    std::string name;
     std::string type;
     std::string text;
     ruleValue value;
@@ -369,22 +364,27 @@ TEST_P(RequestFileValue, TakesTheTypeOfTheParameter) {
 
 INSTANTIATE_TEST_SUITE_P(
     EachType, RequestFileValue,
-    testing::Values(Conversion{"string", "\"\"", std::string()},
-                    Conversion{"string", "\" R0 \"", std::string(" R0 ")},
-                    Conversion{"string", "8.0", std::string("8.0")},
-                    Conversion{"string", "true", std::string("true")},
-                    Conversion{"string", "null", std::string("null")},
-                    Conversion{"string", "[1]", std::string()}, Conversion{"int", "12", 12U},
-                    Conversion{"int", "\" 12 \"", 12U}, Conversion{"int", "\"007\"", 7U},
-                    Conversion{"int", "4294967295", 4294967295U},
-                    Conversion{"int", "-1", 4294967295U}, Conversion{"bool", "true", true},
-                    Conversion{"bool", "false", false}, Conversion{"bool", "\"true\"", true},
-                    Conversion{"bool", "1", true}, Conversion{"bool", "\"0\"", false},
-                    Conversion{"float", "0.1", 0.1F},
-                    Conversion{"float", "\"16777217\"", 16777216.0F},
-                    Conversion{"double", "10.3125", 10.3125},
-                    Conversion{"double", "\"1.5e3\"", 1500.0}, Conversion{"double", "0.1", 0.1},
-                    Conversion{"double", "-2", -2.0}));
+    testing::Values(
+        Conversion{"EmptyText", "string", "\"\"", std::string()},
+        Conversion{"TextWithBlanks", "string", "\" R0 \"", std::string(" R0 ")},
+        Conversion{"TextOfANumber", "string", "8.0", std::string("8.0")},
+        Conversion{"TextOfAFlag", "string", "true", std::string("true")},
+        Conversion{"TextOfNull", "string", "null", std::string("null")},
+        Conversion{"TextOfAListIsEmpty", "string", "[1]", std::string()},
+        Conversion{"Int", "int", "12", 12U}, Conversion{"IntBetweenBlanks", "int", "\" 12 \"", 12U},
+        Conversion{"IntWithLeadingZeros", "int", "\"007\"", 7U},
+        Conversion{"LargestInt", "int", "4294967295", 4294967295U},
+        Conversion{"NegativeIntWraps", "int", "-1", 4294967295U},
+        Conversion{"True", "bool", "true", true}, Conversion{"False", "bool", "false", false},
+        Conversion{"BoolByWord", "bool", "\"true\"", true},
+        Conversion{"BoolByOne", "bool", "1", true},
+        Conversion{"BoolByZero", "bool", "\"0\"", false}, Conversion{"Float", "float", "0.1", 0.1F},
+        Conversion{"FloatIsRounded", "float", "\"16777217\"", 16777216.0F},
+        Conversion{"Double", "double", "10.3125", 10.3125},
+        Conversion{"DoubleWithExponent", "double", "\"1.5e3\"", 1500.0},
+        Conversion{"DoubleBelowOne", "double", "0.1", 0.1},
+        Conversion{"NegativeDouble", "double", "-2", -2.0}),
+    [](const auto& test) { return test.param.name; });
 
 class RequestFileFault : public RequestFileValue {};
 
@@ -392,20 +392,29 @@ TEST_P(RequestFileFault, EndsTheParametersWhenAValueDoesNotConvert) {
     EXPECT_FALSE(readValue());
     ASSERT_THAT(loader_.m_userParams, ElementsAre(ElementsAre(SizeIs(1))));
     EXPECT_THAT(loader_.m_userParams[0][0][0], ElementsAre(Key("A")));
-    EXPECT_THAT(errors(), ElementsAre(unconvertible));
+    EXPECT_THAT(errors(), ElementsAre(unconvertibleParameters()));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    EachType, RequestFileFault,
-    testing::Values(Conversion{"int", "\"\"", {}}, Conversion{"int", "\"12abc\"", {}},
-                    Conversion{"int", "1.5", {}}, Conversion{"int", "4294967296", {}},
-                    Conversion{"int", "true", {}}, Conversion{"int", "[1]", {}},
-                    Conversion{"bool", "\"TRUE\"", {}}, Conversion{"bool", "\"yes\"", {}},
-                    Conversion{"bool", "2", {}}, Conversion{"bool", "\"\"", {}},
-                    Conversion{"float", "1e50", {}}, Conversion{"float", "\"abc\"", {}},
-                    Conversion{"double", "\"12e\"", {}}, Conversion{"double", "1e999", {}},
-                    Conversion{"double", "\"1 2\"", {}}, Conversion{"double", "null", {}},
-                    Conversion{"double", "{}", {}}));
+INSTANTIATE_TEST_SUITE_P(EachType, RequestFileFault,
+                         testing::Values(Conversion{"IntOfEmptyText", "int", "\"\"", {}},
+                                         Conversion{"IntBeforeLetters", "int", "\"12abc\"", {}},
+                                         Conversion{"IntOfAFraction", "int", "1.5", {}},
+                                         Conversion{"IntBeyondTheRange", "int", "4294967296", {}},
+                                         Conversion{"IntOfAFlag", "int", "true", {}},
+                                         Conversion{"IntOfAList", "int", "[1]", {}},
+                                         Conversion{"BoolInCapitals", "bool", "\"TRUE\"", {}},
+                                         Conversion{"BoolOfAnotherWord", "bool", "\"yes\"", {}},
+                                         Conversion{"BoolByTwo", "bool", "2", {}},
+                                         Conversion{"BoolOfEmptyText", "bool", "\"\"", {}},
+                                         Conversion{"FloatBeyondTheRange", "float", "1e50", {}},
+                                         Conversion{"FloatOfLetters", "float", "\"abc\"", {}},
+                                         Conversion{
+                                             "DoubleWithOpenExponent", "double", "\"12e\"", {}},
+                                         Conversion{"DoubleBeyondTheRange", "double", "1e999", {}},
+                                         Conversion{"DoubleOfTwoNumbers", "double", "\"1 2\"", {}},
+                                         Conversion{"DoubleOfNull", "double", "null", {}},
+                                         Conversion{"DoubleOfAnObject", "double", "{}", {}}),
+                         [](const auto& test) { return test.param.name; });
 
 TEST_F(RequestFile, ReadsAFlagByDigitAlsoBehindOneByWord) {
     addType("A", "bool");
@@ -420,10 +429,16 @@ TEST_F(RequestFile, ReadsAFlagByDigitAlsoBehindOneByWord) {
     EXPECT_EQ(values.at("C"), ruleValue(false));
 }
 
-class ParameterType : public RequestFile, public testing::WithParamInterface<std::string> {};
+/// A word that names no type.
+struct UnknownType {
+    std::string name;
+    std::string word;
+};
+
+class ParameterType : public RequestFile, public testing::WithParamInterface<UnknownType> {};
 
 TEST_P(ParameterType, ThatIsNoKnownWordCountsAsUnknownParameter) {
-    addType("A", GetParam());
+    addType("A", GetParam().word);
     database.request["userParams"] = json::parse(R"([[[{"A": "1"}]]])");
 
     EXPECT_FALSE(read());
@@ -431,6 +446,10 @@ TEST_P(ParameterType, ThatIsNoKnownWordCountsAsUnknownParameter) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Words, ParameterType,
-                         testing::Values("", "Int", "integer", " int", "unsigned"));
+                         testing::Values(UnknownType{"Empty", ""}, UnknownType{"Capital", "Int"},
+                                         UnknownType{"Longer", "integer"},
+                                         UnknownType{"BehindABlank", " int"},
+                                         UnknownType{"Unsigned", "unsigned"}),
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "entry/answering_instance.h"
 #include "support/captured_messages.h"
+#include "support/loader_messages.h"
 #include "support/print_rule_value.h"
 #include "support/reference_data.h"
 #include "support/small_database.h"
@@ -19,6 +20,7 @@
 
 using lanecfg_test::AnsweringInstance;
 using lanecfg_test::DatabaseFiles;
+using lanecfg_test::parseError;
 using lanecfg_test::referencePath;
 using lanecfg_test::Registry;
 using sable_lanecfg::lane_cfg_instance;
@@ -185,8 +187,7 @@ TYPED_TEST(InitialisationOfEachKind, UnknownSelectorLoadsAndChangesNothing) {
     auto* const earlier = this->enterEarlier("x");
     this->database.registers["TX_CFG"].erase("Offset");
     this->initialiseUnder("other", "y");
-    EXPECT_THAT(this->errors(), Contains("Error in parsing the file " +
-                                         this->directory.file("registers.json") + "."));
+    EXPECT_THAT(this->errors(), Contains(parseError(this->directory.file("registers.json"))));
     EXPECT_THAT(this->instances(), ElementsAre(Pair("x", earlier)));
     EXPECT_EQ(lane_cfg_ip_mgr::m_instances.size() + lane_cfg_ip_mgr::m_iter_stable_instances.size(),
               1U);
@@ -196,11 +197,8 @@ TYPED_TEST(InitialisationOfEachKind, UnusableParametersAreReportedAndChangeNothi
     auto* const earlier = this->enterEarlier("x");
     this->database.parameters.erase("RX_LINE_RATE");
     this->initialiseOwn("y");
-    EXPECT_THAT(this->errors(),
-                ElementsAre("Error in loading the user param RX_LINE_RATE from the "
-                            "userParameterTypes Json file.",
-                            "Error in loading the user parameters. Please check whether all the "
-                            "required parameters are passed"));
+    EXPECT_THAT(this->errors(), ElementsAre(lanecfg_test::unknownParameter("RX_LINE_RATE"),
+                                            lanecfg_test::unusableParameters()));
     EXPECT_THAT(this->instances(), ElementsAre(Pair("x", earlier)));
     EXPECT_THAT(lane_cfg_ip_mgr::getAttributes("y", noFamily, this->ownSelector), IsEmpty());
 }
@@ -208,8 +206,7 @@ TYPED_TEST(InitialisationOfEachKind, UnusableParametersAreReportedAndChangeNothi
 TYPED_TEST(InitialisationOfEachKind, FaultOfTheFieldsFileIsReportedAndTheNameEntered) {
     this->database.registers["TX_CFG"].erase("Offset");
     this->initialiseOwn("x");
-    EXPECT_THAT(this->errors(), ElementsAre("Error in parsing the file " +
-                                            this->directory.file("registers.json") + "."));
+    EXPECT_THAT(this->errors(), ElementsAre(parseError(this->directory.file("registers.json"))));
     EXPECT_EQ(this->instances().count("x"), 1U);
 }
 
@@ -228,7 +225,7 @@ TEST_F(Initialisation, MissingRequestFileIsReportedAndChangesNothing) {
     DatabaseFiles files = database.writeTo(directory);
     files.userParameters = directory.file("absent.json");
     FileForm::initialise("y", noFamily, "live", files);
-    EXPECT_THAT(errors(), Contains("Error in parsing the file " + files.userParameters + "."));
+    EXPECT_THAT(errors(), Contains(parseError(files.userParameters)));
     EXPECT_THAT(lane_cfg_ip_mgr::m_instances, ElementsAre(Pair("x", earlier)));
 }
 
@@ -236,7 +233,7 @@ TEST_F(Initialisation, DictionaryWithoutParametersReadsAFileWithoutNameAndChange
     auto* const earlier = new AnsweringInstance<lane_cfg_instance>("x");
     lane_cfg_ip_mgr::m_instances["x"] = earlier;
     DictionaryForm::initialise("y", noFamily, "live", database.writeTo(directory), partName, {});
-    EXPECT_THAT(errors(), Contains("Error in parsing the file ."));
+    EXPECT_THAT(errors(), Contains(parseError("")));
     EXPECT_THAT(lane_cfg_ip_mgr::m_instances, ElementsAre(Pair("x", earlier)));
 }
 

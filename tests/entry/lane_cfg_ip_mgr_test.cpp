@@ -1,4 +1,5 @@
 #include "entry/answering_instance.h"
+#include "support/clean_log.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 #include <lanecfg/rule_engine_utilities.h>
@@ -295,7 +296,7 @@ TEST_F(InstanceManager, ExceptionOfTheFabricMemoryQueryPasses) {
 }
 
 TEST_F(InstanceManager, LogContentIsACopyOfTheLog) {
-    sable_lanecfg::rule_engine_utilities::clean_log();
+    const lanecfg_test::CleanLog cleanLog;
     sable_lanecfg::rule_engine_utilities::write_log("first");
     sable_lanecfg::rule_engine_utilities::write_log("second");
     std::vector<std::string> lines = lane_cfg_ip_mgr::getLogContent();

@@ -8,7 +8,9 @@ CapturedMessages::CapturedMessages()
     : previous_(ToolMsgMgr::setSink(
           [this](const ToolMsgRecord& record) { records_.push_back(record); })) {}
 
-CapturedMessages::~CapturedMessages() { ToolMsgMgr::setSink(std::move(previous_)); }
+CapturedMessages::~CapturedMessages() {
+    ToolMsgMgr::setSink(std::move(previous_));
+}
 
 std::vector<std::string> CapturedMessages::texts() const {
     std::vector<std::string> result;
@@ -28,4 +30,4 @@ std::vector<std::string> CapturedMessages::texts(unsigned severity) const {
     return result;
 }
 
-} // namespace lanecfg_test
+}  // namespace lanecfg_test

@@ -26,4 +26,4 @@ class CapturedMessages {
     ToolMsgMgr::Sink previous_;
 };
 
-} // namespace lanecfg_test
+}  // namespace lanecfg_test

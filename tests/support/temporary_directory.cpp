@@ -45,4 +45,4 @@ std::string readFile(const std::filesystem::path& path) {
     return content.str();
 }
 
-} // namespace lanecfg_test
+}  // namespace lanecfg_test

@@ -26,4 +26,4 @@ class TemporaryDirectory {
 /// Whole content of a file; fails the test by exception when it can't be read.
 std::string readFile(const std::filesystem::path& path);
 
-} // namespace lanecfg_test
+}  // namespace lanecfg_test
