@@ -1,10 +1,14 @@
 #include "database_check.h"
 
 #include "cli/command_line.h"
+#include "register_checks.h"
 
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
 
 namespace lanecfg_test {
 namespace {
@@ -106,6 +110,10 @@ TEST_P(DatabaseFlaw, IsFound) {
 
 nlohmann::json& bits(SxaDatabase& database, const std::string& field) {
     return database.registers["A_CFG0"]["fields"]["A_CFG0." + field];
+}
+
+nlohmann::json& adaptation(SxaDatabase& database, const std::string& field) {
+    return database.registers["ADAPT_DFE_CFG1"]["fields"]["ADAPT_DFE_CFG1." + field];
 }
 
 nlohmann::json& lineRate(SxaDatabase& database) {
@@ -210,9 +218,101 @@ INSTANTIATE_TEST_SUITE_P(
              [](auto& database) {
                  bits(database, "A_BGRCALOVRD") = {2, 4};
              },
-             FindingLevel::note, "registers.json", "A_CFG0.A_BGRCALOVRD",
-             "The rules write 31, which does not fit the field's 4 bits"}}),
+             FindingLevel::error, "registers.json", "A_CFG0.A_BGRCALOVRD",
+             "The rules write 31, which does not fit the field's 4 bits; widen the field, its "
+             "register has free bits"},
+        Flaw{"ConstantThatDoesNotFitBesideOneFreeBit",
+             // h9_initdac is 99 and has the last two bits of a full word.
+             [](auto& database) {
+                 adaptation(database, "h9_initdac") = {30, 1};
+             },
+             FindingLevel::error, "registers.json", "ADAPT_DFE_CFG1.h9_initdac",
+             "The rules write 99, which does not fit the field's 1 bits; widen the field, its "
+             "register has free bits"},
+        Flaw{"ConstantThatDoesNotFitAFullWord", [](auto&) {}, FindingLevel::note, "registers.json",
+             "ADAPT_DFE_CFG1.h9_initdac",
+             "The rules write 99, which does not fit the field's 2 bits; its low bits enter the "
+             "register, which is full"}}),
     CaseName());
+
+/// A field on whose place the rate table counts.
+struct FixedField {
+    std::string registerName;
+    std::string field;
+    int offset;
+    int width;
+};
+
+void PrintTo(const FixedField& fixed, std::ostream* out) {
+    *out << fixed.registerName << '.' << fixed.field;
+}
+
+std::vector<FixedField> fixedFields() {
+    std::vector<FixedField> fields{
+        {"PIPE_CTRL_CFG7", "TXOUTCLKCTL", 0, 3}, {"PIPE_CTRL_CFG7", "RXOUTCLKCTL", 12, 3},
+        {"A_CFG1", "A_HS0_LCPLLFBDIV", 0, 8},    {"A_CFG1", "A_HS0_RPLLFBDIV", 8, 8},
+        {"A_CFG1", "A_HS1_LCPLLFBDIV", 16, 8},   {"A_CFG1", "A_HS1_RPLLFBDIV", 24, 8}};
+    // First bits of the five neighbours of each channel.
+    const std::vector<int> groups{8, 13, 18, 23};
+    for (int channel = 0; channel < 4; ++channel) {
+        const std::string name = "CH" + std::to_string(channel) + "_";
+        int bit = groups[static_cast<std::size_t>(channel)];
+        for (const std::string reset : {"ILO", "TX_PROGDIV", "TX_CH", "RX_PROGDIV", "RX_CH"}) {
+            fields.push_back({"MST_RESET_CFG", name + reset + "_RESET_EN", bit++, 1});
+        }
+        fields.push_back({"MST_RESET_CFG", name + "LCPLL_RESET_EN", channel, 1});
+        fields.push_back({"MST_RESET_CFG", name + "RPLL_RESET_EN", channel + 4, 1});
+        fields.push_back({"MST_RESET_CFG", name + "RX_LCPLL_RESET_EN", channel + 28, 1});
+        fields.push_back({"CTRL_RSV_CFG0", name + "RX_RPLL_RESET_EN", channel + 28, 1});
+    }
+    return fields;
+}
+
+/// Registers files of one field, for a database of no known family.
+class FixedPlace : public testing::TestWithParam<FixedField> {
+  protected:
+    static std::vector<Finding> findingsAt(int offset, int width) {
+        const std::string& name = GetParam().registerName;
+        const std::string field = name + "." + GetParam().field;
+        const nlohmann::json place = {offset, width};
+        const nlohmann::json root = {
+            {name, {{"dstSubBlock", "ctrl_0"}, {"Offset", "0"}, {"fields", {{field, place}}}}}};
+        std::vector<Finding> findings;
+        FindingList list("registers.json", findings);
+        checkRegisters(root, list);
+        return findings;
+    }
+
+    static auto isTheError() {
+        return testing::ElementsAre(testing::AllOf(
+            testing::Field(&Finding::level, FindingLevel::error),
+            testing::Field(&Finding::key, GetParam().registerName + "." + GetParam().field),
+            testing::Field(&Finding::text,
+                           HasSubstr("must have bit offset " + std::to_string(GetParam().offset) +
+                                     " and width " + std::to_string(GetParam().width)))));
+    }
+};
+
+TEST_P(FixedPlace, IsAccepted) {
+    EXPECT_THAT(findingsAt(GetParam().offset, GetParam().width), testing::IsEmpty());
+}
+
+TEST_P(FixedPlace, ElsewhereIsAnError) {
+    const int end = GetParam().offset + GetParam().width;
+    const int elsewhere = end < 32 ? GetParam().offset + 1 : GetParam().offset - 1;
+    EXPECT_THAT(findingsAt(elsewhere, GetParam().width), isTheError());
+}
+
+TEST_P(FixedPlace, OfAnotherWidthIsAnError) {
+    const int end = GetParam().offset + GetParam().width;
+    const int first = end < 32 ? GetParam().offset : GetParam().offset - 1;
+    EXPECT_THAT(findingsAt(first, GetParam().width + 1), isTheError());
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEveryField, FixedPlace, testing::ValuesIn(fixedFields()),
+                         [](const auto& test) {
+                             return test.param.registerName + "_" + test.param.field;
+                         });
 
 INSTANTIATE_TEST_SUITE_P(
     OfParameters, DatabaseFlaw,

@@ -66,6 +66,48 @@ std::optional<unsigned long> hexadecimal(const std::string& text) {
     return number;
 }
 
+/// Where a field lies in its word.
+struct FieldPlace {
+    int offset;
+    int width;
+};
+
+/// Enters the reset enables of a channel: groups of bits at fixed distances from channel to
+/// channel, which a master copies from its own channel to those that follow it.
+void enterResetEnables(int channel, std::map<std::string, FieldPlace>& places) {
+    const std::string inChannel = "CH" + std::to_string(channel) + "_";
+    const std::string master = "MST_RESET_CFG." + inChannel;
+    const int group = 8 + 5 * channel;
+    places[master + "LCPLL_RESET_EN"] = {channel, 1};
+    places[master + "RPLL_RESET_EN"] = {4 + channel, 1};
+    places[master + "ILO_RESET_EN"] = {group, 1};
+    places[master + "TX_PROGDIV_RESET_EN"] = {group + 1, 1};
+    places[master + "TX_CH_RESET_EN"] = {group + 2, 1};
+    places[master + "RX_PROGDIV_RESET_EN"] = {group + 3, 1};
+    places[master + "RX_CH_RESET_EN"] = {group + 4, 1};
+    places[master + "RX_LCPLL_RESET_EN"] = {28 + channel, 1};
+    places["CTRL_RSV_CFG0." + inChannel + "RX_RPLL_RESET_EN"] = {28 + channel, 1};
+}
+
+/// Fields on whose places the arithmetic of the rate table depends, by their whole name.
+std::map<std::string, FieldPlace> makeFixedPlaces() {
+    std::map<std::string, FieldPlace> places = {
+        // A rate change always writes both under the masks 0x7007 and 0x7000.
+        {"PIPE_CTRL_CFG7.TXOUTCLKCTL", {0, 3}},
+        {"PIPE_CTRL_CFG7.RXOUTCLKCTL", {12, 3}},
+        // The low half belongs to dual 0 and is copied to the high half, that of dual 1.
+        {"A_CFG1.A_HS0_LCPLLFBDIV", {0, 8}},
+        {"A_CFG1.A_HS0_RPLLFBDIV", {8, 8}},
+        {"A_CFG1.A_HS1_LCPLLFBDIV", {16, 8}},
+        {"A_CFG1.A_HS1_RPLLFBDIV", {24, 8}},
+    };
+    constexpr int channelsOfQuad = 4;
+    for (int channel = 0; channel < channelsOfQuad; ++channel) {
+        enterResetEnables(channel, places);
+    }
+    return places;
+}
+
 /// Checks the registers one after the other, remembering what must be distinct.
 class RegisterCheck {
   public:
@@ -174,6 +216,21 @@ class RegisterCheck {
                                        " does not fit a word of 32 bits.");
         } else {
             occupy(field, *offset, *width, fieldAt);
+            checkFixedPlace(field, *offset, *width);
+        }
+    }
+
+    void checkFixedPlace(const std::string& field, int offset, int width) {
+        const auto fixed = fixedPlaces_.find(field);
+        if (fixed == fixedPlaces_.end()) {
+            return;
+        }
+        const FieldPlace& place = fixed->second;
+        if (offset != place.offset || width != place.width) {
+            findings_.error(field, "The field must have bit offset " +
+                                       std::to_string(place.offset) + " and width " +
+                                       std::to_string(place.width) +
+                                       ", where the rate table counts on it.");
         }
     }
 
@@ -192,6 +249,7 @@ class RegisterCheck {
 
     FindingList& findings_;
     RegisterCounts counts_;
+    const std::map<std::string, FieldPlace> fixedPlaces_ = makeFixedPlaces();
     std::map<std::string, BlockTypePlace> blockTypePlaces_;
     std::map<std::pair<std::string, unsigned long>, std::string> registerAt_;
 };

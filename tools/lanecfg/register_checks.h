@@ -16,7 +16,8 @@ struct RegisterCounts {
 
 /// Checks a registers file by itself: block types are known to the engine, offsets are
 /// hexadecimal and distinct within a block type, fields carry their register's name, have an
-/// offset and a width, fit 32 bits and do not overlap.
+/// offset and a width, fit 32 bits and do not overlap, and those on which the rate table counts
+/// are in their places.
 RegisterCounts checkRegisters(const nlohmann::json& root, FindingList& findings);
 
 }  // namespace sable_lanecfg::tool

@@ -6,6 +6,9 @@
 #include "standard_output_guard.h"
 
 #include <algorithm>
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -57,6 +60,40 @@ unsigned largestOfWidth(int width) {
     return width >= 32 ? ~0U : (1U << static_cast<unsigned>(std::max(width, 0))) - 1U;
 }
 
+/// Whether the fields of a register take every bit of its word.
+bool isFull(const std::map<std::string, std::vector<int>>& placed) {
+    constexpr int wordBits = 32;
+    std::bitset<wordBits> taken;
+    for (const auto& field : placed) {
+        const std::vector<int>& place = field.second;
+        const std::int64_t offset = place.empty() ? 0 : place[0];
+        const std::int64_t width = place.size() > 1 ? place[1] : 0;
+        for (int bit = 0; bit < wordBits; ++bit) {
+            if (bit >= offset && bit < offset + width) {
+                taken.set(static_cast<std::size_t>(bit));
+            }
+        }
+    }
+    return taken.all();
+}
+
+/// A value that does not fit is a slip as long as the field can be widened, and without remedy in
+/// a full word.
+void checkWidth(const std::string& name, unsigned value, int width,
+                const std::map<std::string, std::vector<int>>& placed, FindingList& findings) {
+    if (value <= largestOfWidth(width)) {
+        return;
+    }
+    const std::string misfit = "The rules write " + std::to_string(value) +
+                               ", which does not fit the field's " + std::to_string(width) +
+                               " bits";
+    if (isFull(placed)) {
+        findings.note(name, misfit + "; its low bits enter the register, which is full.");
+    } else {
+        findings.error(name, misfit + "; widen the field, its register has free bits.");
+    }
+}
+
 void checkField(const std::string& name, const FieldValues& values,
                 const std::map<std::string, std::vector<int>>& placed, FindingList& findings) {
     const auto bits = placed.find(name);
@@ -72,11 +109,7 @@ void checkField(const std::string& name, const FieldValues& values,
                        "register can't be composed.");
     }
     const int width = bits->second.size() > 1 ? bits->second[1] : 0;
-    if (values.largest > largestOfWidth(width)) {
-        findings.note(name, "The rules write " + std::to_string(values.largest) +
-                                ", which does not fit the field's " + std::to_string(width) +
-                                " bits; its low bits enter the register.");
-    }
+    checkWidth(name, values.largest, width, placed, findings);
 }
 
 void checkWrittenFields(const RuleOutputs& outputs,
