@@ -5,12 +5,24 @@ from dataclasses import dataclass
 from database.layout import SXA_LAYOUT
 from database.placement import Layout
 
-# Ranges of the PLL clocks in GHz.
-LIMITS = {
+TWO_PLLS = {
     "FLCPLLRANGE_MIN": "8.0",
     "FLCPLLRANGE_MAX": "16.375",
     "FRPLLRANGE_MIN": "4.0",
     "FRPLLRANGE_MAX": "8.0",
+}
+
+# Limits of the PLL clocks in GHz, by family word.
+LIMITS = {
+    "SXA": TWO_PLLS,
+    "SXB": TWO_PLLS,
+    "SXC": TWO_PLLS,
+    "SXD4": {
+        "FLCPLLRANGE_MIN": "9.8",
+        "FLCPLLRANGE_MAX": "14.5",
+        # From this symbol rate on, in Gbaud, the oscillator runs at half of it.
+        "FSXDLCRANGE_MIN": "9.8",
+    },
 }
 
 
@@ -18,11 +30,15 @@ LIMITS = {
 class Database:
     """One folder of data/; its name is that of the rule catalogue."""
 
-    family: str  # the family word, by which parameters are chosen
+    family: str  # the family word, by which parameters and limits are chosen
     layout: Layout
-    limits: dict
+
+    @property
+    def limits(self):
+        return LIMITS[self.family]
 
 
+# Only families whose rules are there: the registers come from the rules.
 DATABASES = {
-    "SXA": Database(family="SXA", layout=SXA_LAYOUT, limits=LIMITS),
+    "SXA": Database(family="SXA", layout=SXA_LAYOUT),
 }

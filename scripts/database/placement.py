@@ -18,7 +18,8 @@ class Layout:
 
     # (pattern of register names, block type); the first that matches counts.
     block_types: list
-    # "REGISTER.FIELD" to (bit offset, width), for fields whose place something depends on.
+    # "REGISTER.FIELD" to (bit offset, width), for fields whose place something depends on. Families
+    # share them, so a family may lack some; the names below have to be there.
     pinned: dict = field(default_factory=dict)
     # "REGISTER.FIELD" to width, for computed fields and for constants with room to grow.
     widths: dict = field(default_factory=dict)
@@ -42,10 +43,21 @@ def block_type_of(register, layout):
     raise LayoutError(f"no block type for register {register}")
 
 
+def narrowed_width(name, needed, layout):
+    width = layout.narrowed[name]
+    if name in layout.pinned or name in layout.widths:
+        raise LayoutError(f"{name} is narrowed and has another decided width too")
+    if not 1 <= width < needed:
+        raise LayoutError(f"{name} needs {needed} bits, {width} do not narrow it")
+    return width
+
+
 def width_of(name, entry, layout):
-    if name in layout.narrowed:
-        return layout.narrowed[name]
     needed = max(1, entry.get("value", 0).bit_length())
+    if name in layout.narrowed:
+        return narrowed_width(name, needed, layout)
+    if name in layout.pinned and name in layout.widths:
+        raise LayoutError(f"{name} is pinned and has another decided width too")
     decided = layout.pinned[name][1] if name in layout.pinned else layout.widths.get(name)
     if decided is None and entry["kind"] in ("logic", "shared"):
         raise LayoutError(f"the computed field {name} needs a width in the layout")
@@ -88,13 +100,29 @@ def place_fields(register, fields, layout):
     for name, width in widths.items():
         if name not in places:
             take(name, (first_free(width, used, name), width))
+    needless = sorted(names.keys() & layout.narrowed.keys())
+    if needless and used != bits_of((0, WORD_BITS)):
+        raise LayoutError(f"{needless[0]} is narrowed, yet {register} has free bits")
     return {name: list(places[name]) for name in names}
+
+
+def refuse_unknown_names(registers, layout):
+    """A misspelt name would leave its field without the decision."""
+    known = {
+        f"{register}.{entry['name']}" for register, fields in registers.items() for entry in fields
+    }
+    for decision, names in (("widths", layout.widths), ("narrowed", layout.narrowed)):
+        unknown = sorted(names.keys() - known)
+        if unknown:
+            raise LayoutError(f"{decision} names fields that are not there: {', '.join(unknown)}")
 
 
 def place_registers(entries, layout):
     """The content of registers.json. Offsets count on over all blocks of the family."""
     placed = {}
-    for offset, (register, fields) in enumerate(registers_of(entries).items()):
+    registers = registers_of(entries)
+    refuse_unknown_names(registers, layout)
+    for offset, (register, fields) in enumerate(registers.items()):
         if offset > LAST_OFFSET:
             raise LayoutError("more registers than a block has offsets")
         placed[register] = {

@@ -8,7 +8,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
 
-from database.families import DATABASES
+from database.families import DATABASES, LIMITS
 from database.parameters import load_parameters, parameters_of
 from database.placement import Layout, LayoutError, place_registers
 
@@ -55,11 +55,46 @@ class Placement(unittest.TestCase):
         self.assertEqual(list(made.items()), [
             ("A_CFG.X", [0, 3]), ("A_CFG.Y", [5, 3]), ("A_CFG.PIN", [3, 2])])
 
-    def test_a_narrowed_constant_keeps_its_width(self):
-        self.assertEqual(places([constant("X", 99)], narrowed={"A_CFG.X": 2}), {"A_CFG.X": [0, 2]})
+    def test_a_narrowed_constant_of_a_full_word_keeps_its_width(self):
+        made = places([constant("X", 2**30 - 1), constant("Y", 99)], narrowed={"A_CFG.Y": 2})
+        self.assertEqual(made, {"A_CFG.X": [0, 30], "A_CFG.Y": [30, 2]})
 
-    def test_decisions_about_fields_that_are_not_there_do_nothing(self):
+    def test_narrowing_that_narrows_nothing_is_refused(self):
+        # 99 needs seven bits, a computed field any width.
+        for width in (7, 8, 32):
+            with self.assertRaisesRegex(LayoutError, "A_CFG.X"):
+                places([constant("X", 99)], narrowed={"A_CFG.X": width})
+        with self.assertRaisesRegex(LayoutError, "A_CFG.X"):
+            places([logic("X")], narrowed={"A_CFG.X": 1})
+
+    def test_narrowing_to_no_bit_is_refused(self):
+        for width in (0, -1):
+            with self.assertRaisesRegex(LayoutError, "A_CFG.Y"):
+                places([constant("X", 2**32 - 1), constant("Y", 99)], narrowed={"A_CFG.Y": width})
+
+    def test_narrowing_in_a_word_with_free_bits_is_refused(self):
+        with self.assertRaisesRegex(LayoutError, "A_CFG.Y is narrowed, yet A_CFG has free bits"):
+            places([constant("X", 2**29 - 1), constant("Y", 99)], narrowed={"A_CFG.Y": 2})
+
+    def test_two_widths_for_a_field_are_refused(self):
+        pinned = {"A_CFG.X": (0, 8)}
+        for decisions in (
+            {"pinned": pinned, "widths": {"A_CFG.X": 9}},
+            {"pinned": pinned, "narrowed": {"A_CFG.X": 2}},
+            {"widths": {"A_CFG.X": 8}, "narrowed": {"A_CFG.X": 2}},
+        ):
+            with self.assertRaisesRegex(LayoutError, "A_CFG.X .* another decided width"):
+                places([constant("X", 99)], **decisions)
+
+    def test_shared_pins_of_fields_that_are_not_there_do_nothing(self):
         self.assertEqual(places([constant("X", 1)], pinned={"A_CFG.Y": (0, 8)}), {"A_CFG.X": [0, 1]})
+
+    def test_widths_and_narrowing_of_fields_that_are_not_there_are_refused(self):
+        for name in ("A_CFG.Y", "A_CFG.x", "B_CFG.X", "A_CFG", "X"):
+            with self.assertRaisesRegex(LayoutError, f"widths .*: {name}$"):
+                places([constant("X", 1)], widths={"A_CFG.X": 2, name: 8})
+            with self.assertRaisesRegex(LayoutError, f"narrowed .*: {name}$"):
+                places([constant("X", 1)], narrowed={name: 1})
 
     def test_a_computed_field_needs_a_decided_width(self):
         self.assertEqual(places([logic("X")], widths={"A_CFG.X": 5}), {"A_CFG.X": [0, 5]})
@@ -148,6 +183,25 @@ class Parameters(unittest.TestCase):
         rows = load_parameters()
         counts = {f: len(parameters_of(f, rows)) for f in ("SXA", "SXB", "SXC", "SXD4")}
         self.assertEqual(counts, {"SXA": 14, "SXB": 171, "SXC": 167, "SXD4": 41})
+
+
+class Limits(unittest.TestCase):
+    def test_families_of_two_plls_have_a_range_for_each_in_gigahertz(self):
+        for family in ("SXA", "SXB", "SXC"):
+            self.assertEqual(LIMITS[family], {
+                "FLCPLLRANGE_MIN": "8.0", "FLCPLLRANGE_MAX": "16.375",
+                "FRPLLRANGE_MIN": "4.0", "FRPLLRANGE_MAX": "8.0"}, family)
+
+    def test_the_family_of_one_pll_has_its_range_and_the_halving_threshold(self):
+        self.assertEqual(LIMITS["SXD4"], {
+            "FLCPLLRANGE_MIN": "9.8", "FLCPLLRANGE_MAX": "14.5", "FSXDLCRANGE_MIN": "9.8"})
+
+    def test_no_other_family_has_limits(self):
+        self.assertEqual(set(LIMITS), {"SXA", "SXB", "SXC", "SXD4"})
+
+    def test_a_database_has_the_limits_of_its_family(self):
+        for name, database in DATABASES.items():
+            self.assertEqual(database.limits, LIMITS[database.family], name)
 
 
 class Command(unittest.TestCase):
