@@ -200,6 +200,10 @@ void rule_engine_base::throwUndefined(const std::string& name) {
     throw std::string(name);
 }
 
+std::string rule_engine_base::textOf(const ruleValue& value) {
+    return boost::apply_visitor(valueText(), value);
+}
+
 std::string rule_engine_base::getValAsString(std::string name) {
     return getValAsString(varMap, std::move(name));
 }
@@ -207,7 +211,7 @@ std::string rule_engine_base::getValAsString(std::string name) {
 std::string rule_engine_base::getValAsString(std::map<std::string, varInfo>& vars,
                                              std::string name) {
     // The lookup is meant to insert a missing name.
-    return boost::apply_visitor(valueText(), vars[std::move(name)].value);
+    return textOf(vars[std::move(name)].value);
 }
 
 void rule_engine_base::rule(const std::vector<std::string>& inputs,

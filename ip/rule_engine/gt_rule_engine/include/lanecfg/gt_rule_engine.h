@@ -7,7 +7,9 @@
 #include <boost/optional.hpp>
 
 #include <array>
+#include <bitset>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -21,6 +23,44 @@ using packingResultMap =
     std::map<std::string,
              std::map<std::string,
                       std::map<std::string, std::map<std::string, std::vector<std::vector<T>>>>>>;
+
+/// One register of one channel in a rate table.
+struct RateTableAttribute {
+    std::bitset<32> mask;      ///< bits that differ between rates
+    std::string name;          ///< register name, key of `attributes`
+    std::string type;          ///< block type that holds the register
+    std::int64_t address = 0;  ///< word address in the controller's 10 bit range
+    int channel = 0;           ///< channel whose snapshots hold the values
+};
+
+/// What a rate table needs to know of one channel. Operations take an array of exactly four.
+struct RateTableChannel {
+    int txMaster = 0;     ///< lowest channel with the same `txNet`
+    int rxMaster = 0;     ///< lowest channel with the same `rxNet`
+    int numTxRates = 0;   ///< distinct transmit rates in the channel's snapshots
+    int numRxRates = 0;   ///< distinct receive rates, 0 for a duplex channel
+    std::string txNet;    ///< rate group of the transmit side, empty if none
+    std::string rxNet;    ///< rate group of the receive side, empty if none
+    bool duplex = false;  ///< one table serves both directions
+    std::vector<RateTableAttribute> txAttributes;  ///< critical ones, of both directions if duplex
+    std::vector<RateTableAttribute> rxAttributes;  ///< empty if duplex
+};
+
+/// Working state of one rate table generation; the arrays are indexed by channel.
+struct RateTableControl {
+    std::set<std::string> maskedAttributes;     ///< full names, prefix and register
+    std::set<std::string> nonMaskedAttributes;  ///< full names, prefix and register
+    std::array<std::vector<RateTableAttribute>, 4> txMasked;
+    std::array<std::vector<RateTableAttribute>, 4> rxMasked;
+    std::array<std::vector<RateTableAttribute>, 4> txNormal;
+    std::array<std::vector<RateTableAttribute>, 4> rxNormal;
+    std::array<int, 4> txWordCount{};  ///< words of the transmit body, all rates
+    std::array<int, 4> rxWordCount{};  ///< words of the receive body, all rates
+    std::array<int, 4> pcieMode{};
+    std::array<int, 4> txSingleLane{};   ///< 1 if masked writes go to one lane at a time
+    std::array<int, 4> rxSingleLane{};   ///< 1 if masked writes go to one lane at a time
+    std::vector<std::string> rateTable;  ///< 32 binary digits a word, most significant first
+};
 
 /// Rule engine of one transceiver quad.
 ///
@@ -71,6 +111,53 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
     /// Intersection of all sets, none for an empty map.
     boost::optional<std::set<double>> intersectNSets(const std::map<int, std::set<double>>& sets);
 
+    /// Rate table as text: a header line and lines of eight hexadecimal words. Clears the log,
+    /// fills `statNpiRegList`, and adjusts the snapshots of master channels. The argument has no
+    /// effect. Throws std::invalid_argument on a register value or offset that is no number,
+    /// std::out_of_range, naming the register, on a block that the address tables lack.
+    std::string generateRateTable(bool);
+    /// Rate table as binary digits, 32 a word without separators.
+    std::string generateRateTableInBinary();
+    /// Size of the rate table in bytes.
+    int getRateTableSize();
+
+    /// Steps of a generation, in calling order.
+    ///
+    /// Reads rate groups, masters and numbers of rates.
+    void parseHeaderInfo_New(RateTableChannel* channels);
+    /// Finds the critical attributes of every channel.
+    void parseRateTableData_New(RateTableChannel* channels);
+    void populateSimplexLane_New(RateTableChannel* channels, int channel);
+    void populateDuplexLane_New(RateTableChannel* channels, int channel);
+    /// Registers that differ between the given snapshots, in name order.
+    std::vector<RateTableAttribute> findCriticalAttributes_New(
+        std::vector<std::map<std::string, varInfo>> rates, int channel);
+    /// Registers that no rate changes, as byte address runs in hexadecimal.
+    std::string parseRateTableDataForStaticAttributes(RateTableChannel* channels);
+    std::vector<long> SimplexStaticAttributes(RateTableChannel* channels, int channel);
+    std::vector<long> DuplexStaticAttributes(RateTableChannel* channels, int channel);
+    /// Word addresses of the registers that are equal in all given snapshots.
+    std::vector<long> findStaticAttributes(std::vector<std::map<std::string, varInfo>> rates,
+                                           int channel);
+    /// Makes a master's table do the work of its followers; changes snapshots.
+    void adjustRateTable_New(RateTableChannel* channels);
+    /// Masks, writes and words; gives the finished table.
+    std::vector<std::string> getRateTable_New(RateTableChannel* channels);
+    /// Decides which registers are written under a mask.
+    void separateCriticalAttributes_New(RateTableChannel* channels, RateTableControl& control);
+    /// Sorts the registers of each table owner by address.
+    void sortRateTable_New(RateTableChannel* channels, RateTableControl& control);
+    void writeRateTable_New(RateTableChannel* channels, RateTableControl& control);
+    /// Words of a group of one or two registers, values from snapshot `snapshots[0]` and
+    /// `snapshots[1]`.
+    std::vector<std::string> rateTableBodyCase1_new(RateTableAttribute first,
+                                                    RateTableAttribute second, int hasSecond,
+                                                    std::set<std::string> masked,
+                                                    std::vector<int> snapshots, bool singleLane);
+    /// Words of a burst of registers with nearby addresses.
+    std::vector<std::string> rateTableBodyCase2_new(std::vector<RateTableAttribute> burst,
+                                                    int snapshot);
+
     std::string statNpiRegList;   ///< registers that no rate changes, filled with the rate table
     std::string attributePrefix;  ///< empty
     std::string portPrefix;       ///< empty
@@ -93,11 +180,29 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
 
   private:
     struct passInputs;
+    struct bodyWriter;
 
     std::string siliconRevision();
     void runChannel(passInputs& inputs);
     void runPass(passInputs& inputs, std::size_t txRate, std::size_t rxRate);
     std::string attributeKey(const std::string& name, const std::string& type, int channel) const;
+
+    const std::vector<variableMap>& passesOf(int channel) const;
+    std::vector<RateTableAttribute> criticalAttributes(
+        const std::vector<const variableMap*>& snapshots, int channel) const;
+    std::vector<long> staticAttributes(const std::vector<const variableMap*>& snapshots,
+                                       int channel) const;
+    std::int64_t criticalAddress(const std::string& name, const attributeInfo& info,
+                                 int channel) const;
+    int blockNumber(const std::map<std::string, std::vector<int>>& table, const std::string& key,
+                    int index, const std::string& name, const attributeInfo& info,
+                    int channel) const;
+    std::vector<std::string> rateTableWords(bool withStaticList);
+    std::string snapshotText(const RateTableAttribute& attribute, int snapshot);
+    std::vector<std::string> pairGroup(const RateTableAttribute& first,
+                                       const RateTableAttribute& second, bool hasSecond,
+                                       const std::set<std::string>& masked, int firstSnapshot,
+                                       int secondSnapshot, bool singleLane);
 
     const std::map<int, std::string> pllNames;
     const std::map<std::string, int> blockSpan;  ///< channels that one block of a type covers

@@ -77,6 +77,9 @@ class LANECFG_EXPORT rule_engine_base {
     std::string getValAsString(std::string name);
     std::string getValAsString(std::map<std::string, varInfo>& vars, std::string name);
 
+    /// Text of a value at hand, as `getValAsString` gives it.
+    static std::string textOf(const ruleValue& value);
+
     /// Registers a rule under the next number. Unknown names become blank variables; the last
     /// rule registered for an output owns it. Without outputs a rule never runs.
     void rule(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs,

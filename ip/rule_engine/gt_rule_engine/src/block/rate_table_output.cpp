@@ -1,0 +1,78 @@
+#include "block/rate_table_limits.h"
+
+#include <lanecfg/gt_rule_engine.h>
+#include <lanecfg/rule_engine_utilities.h>
+
+#include <boost/algorithm/string/join.hpp>
+
+#include <cstddef>
+#include <string>
+
+namespace sable_lanecfg {
+
+namespace {
+
+constexpr std::size_t wordsPerLine = 8;
+constexpr std::size_t digitsPerNibble = 4;
+constexpr int bytesPerWord = 4;
+
+void beginGeneration() {
+    rule_engine_utilities::clean_log();
+}
+
+void beginLoggedGeneration() {
+    beginGeneration();
+    rule_engine_utilities::write_log("*****New Version*****");
+}
+
+}  // namespace
+
+std::vector<std::string> gt_rule_engine::rateTableWords(bool withStaticList) {
+    RateTableChannel channels[rateTableChannels];
+    parseHeaderInfo_New(channels);
+    parseRateTableData_New(channels);
+    if (withStaticList) {
+        statNpiRegList = parseRateTableDataForStaticAttributes(channels);
+    }
+    adjustRateTable_New(channels);
+    return getRateTable_New(channels);
+}
+
+std::vector<std::string> gt_rule_engine::getRateTable_New(RateTableChannel* channels) {
+    RateTableControl control;
+    separateCriticalAttributes_New(channels, control);
+    sortRateTable_New(channels, control);
+    writeRateTable_New(channels, control);
+    return control.rateTable;
+}
+
+std::string gt_rule_engine::generateRateTable(bool /*unused*/) {
+    beginLoggedGeneration();
+    const std::vector<std::string> words = rateTableWords(true);
+    std::string text = "//Version 2.0 32-bit\n";
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i % wordsPerLine == 0) {
+            text += "  ";
+        }
+        for (std::size_t digit = 0; digit < words[i].size(); digit += digitsPerNibble) {
+            text += nibbleToHex.at(words[i].substr(digit, digitsPerNibble));
+        }
+        text += ' ';
+        if (i % wordsPerLine == wordsPerLine - 1) {
+            text += '\n';
+        }
+    }
+    return text;
+}
+
+std::string gt_rule_engine::generateRateTableInBinary() {
+    beginLoggedGeneration();
+    return boost::algorithm::join(rateTableWords(false), "");
+}
+
+int gt_rule_engine::getRateTableSize() {
+    beginGeneration();
+    return bytesPerWord * static_cast<int>(rateTableWords(false).size());
+}
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <lanecfg/gt_db_load.h>
+#include <lanecfg/rule_engine_base.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+
+/// Snapshots under comparison, in order; none is copied.
+using snapshotList = std::vector<const variableMap*>;
+
+/// Values of one register over a list of snapshots. A snapshot that lacks the register counts as
+/// holding it blank.
+using registerSeries = std::vector<const ruleValue*>;
+
+snapshotList snapshotsOf(const std::vector<variableMap>& passes);
+/// The snapshots whose run variable `label` ("TX" or "RX") has the text `text`.
+snapshotList snapshotsWith(const std::vector<variableMap>& passes, const std::string& label,
+                           const std::string& text);
+
+/// Series of every register, in the key order of `registers`. Each snapshot is walked once.
+std::vector<registerSeries> seriesOfRegisters(const std::map<std::string, attributeInfo>& registers,
+                                              const snapshotList& snapshots);
+
+/// True when a text differs from the one before it. The text "NULL" counts as no text yet.
+bool differsInSeries(const registerSeries& series);
+
+/// Text of a value, without the detour through a stream for register words.
+std::string registerText(const ruleValue& value);
+/// A text read as a signed decimal number, cut to 32 bits. Throws std::invalid_argument ("stoll")
+/// on a text that is no number.
+std::uint32_t wordOfText(const std::string& text);
+/// A register word: `wordOfText` of the value's text.
+std::uint32_t registerWord(const ruleValue& value);
+
+/// The value in a snapshot, or null where it is absent or blank.
+ruleValue* definedValue(variableMap& snapshot, const std::string& name);
+
+}  // namespace sable_lanecfg
