@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <map>
@@ -168,9 +169,51 @@ TEST(LiveFrame, HasTheFabricMemoryQuestionInTheLastSlot) {
     EXPECT_EQ(slotOf(&lane_cfg_instance::isFabricBramNeeded), 8U);
 }
 
-TEST(LiveFrame, NeedsNoFabricMemory) {
-    EXPECT_FALSE(lane_cfg_instance("x", "SXB", {}, {}, {}, {}, {}, {}).isFabricBramNeeded());
+/// Gives a channel of the frame rates in which each of the registers counts up.
+void addRates(lane_cfg_instance& frame, std::size_t channel, unsigned int rates,
+              const std::vector<std::string>& counting) {
+    frame.blockVarMap.resize(std::max(frame.blockVarMap.size(), channel + 1));
+    for (unsigned int rate = 0; rate < rates; ++rate) {
+        sable_lanecfg::variableMap snapshot;
+        snapshot["TX"].value = rate;
+        snapshot["RX"].value = rate;
+        for (const std::string& name : counting) {
+            snapshot[name].value = rate;
+        }
+        frame.blockVarMap[channel].push_back(std::move(snapshot));
+    }
 }
+
+/// Channel 0 has two words a rate, a lone register; channel 1 has three, a pair.
+struct FabricMemory {
+    const char* name;
+    unsigned int twoWordRates;
+    unsigned int threeWordRates;
+    int bytes;
+    bool needed;
+};
+
+class LiveFrameFabricMemory : public testing::TestWithParam<FabricMemory> {};
+
+TEST_P(LiveFrameFabricMemory, IsNeededAboveTheControllersOwn) {
+    std::vector<channelUsageInfo> usage(1);
+    usage[0].tx = usage[0].rx = {0, 1};
+    usage[0].txrate = usage[0].rxrate = {"two words", "three words"};
+    lane_cfg_instance frame("x", "SXB", usage, {}, {}, {},
+                            {{"A", {"channel", {}, "0x0"}}, {"B", {"channel", {}, "0x1"}}}, {});
+    addRates(frame, 0, GetParam().twoWordRates, {"A"});
+    addRates(frame, 1, GetParam().threeWordRates, {"A", "B"});
+    EXPECT_EQ(frame.getRateTableSize(), GetParam().bytes);
+    EXPECT_EQ(frame.isFabricBramNeeded(), GetParam().needed);
+}
+
+// The table's header has ten words; 2048 words are 8192 bytes.
+INSTANTIATE_TEST_SUITE_P(Sizes, LiveFrameFabricMemory,
+                         testing::Values(FabricMemory{"WithoutRates", 0, 0, 40, false},
+                                         FabricMemory{"AWordLess", 1014, 3, 8188, false},
+                                         FabricMemory{"ExactlyFull", 1016, 2, 8192, false},
+                                         FabricMemory{"AWordMore", 1015, 3, 8196, true}),
+                         [](const auto& tested) { return std::string(tested.param.name); });
 
 template <class Frame, class = void>
 struct AsksForFabricMemory : std::false_type {};

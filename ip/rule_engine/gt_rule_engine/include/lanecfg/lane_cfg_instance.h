@@ -38,7 +38,8 @@ class LANECFG_EXPORT lane_cfg_instance : public gt_rule_engine_live {
     /// Puts the rate table into the firmware `elfFile`, working in the folder `workDir`; true when
     /// the ELF was updated. The frame has no table: it leaves the file alone and answers false.
     virtual bool updateELF(const std::string& elfFile, const std::string& workDir);
-    /// True when the rate table does not fit the controller's memory; false without a table.
+    /// True when the rate table is larger than the 8192 bytes of the controller's memory and needs
+    /// block memory in the fabric. Generates the table, with all that `getRateTableSize` does.
     virtual bool isFabricBramNeeded();
 
     std::string familyName;    ///< family word, a second copy of `family`

@@ -95,29 +95,34 @@ void logBlock(const std::string& suffix, std::uint64_t size, int rates) {
     log("Number of Rates" + suffix + ": " + std::to_string(rates));
 }
 
-/// The two words of each channel, transmit and receive. Channels that the block does not have
-/// keep words of 0.
+/// The two words of each channel, transmit and receive. Channels that the block does not have are
+/// logged like the others and keep words of 0.
 wordList channelWords(const RateTableChannel* channels, const RateTableControl& control,
                       int channelCount) {
     wordList words(2 * rateTableChannels, rate_table_word().digits());
+    const auto setWord = [&](int channel, std::size_t side, const rate_table_word& word) {
+        if (channel < channelCount) {
+            words[2 * static_cast<std::size_t>(channel) + side] = word.digits();
+        }
+    };
     std::uint64_t offset = headerWords;
     log("***Rate Table Structure***");
-    for (int c = 0; c < channelCount; ++c) {
+    for (int c = 0; c < rateTableChannels; ++c) {
         const auto index = static_cast<std::size_t>(c);
         const RateTableChannel& channel = channels[c];
         const int bodyWords = control.txWordCount[index];
         const std::uint64_t size = blockSize(bodyWords, channel.numTxRates);
         log("\nChannel " + std::to_string(c));
         logBlock(channel.duplex ? "" : " TX", size, channel.numTxRates);
-        words[2 * index] = channelWord(channel.numTxRates, size, offset)
-                               .put(31, 31, static_cast<std::uint64_t>(control.pcieMode[index]))
-                               .digits();
+        rate_table_word word = channelWord(channel.numTxRates, size, offset);
+        word.put(31, 31, static_cast<std::uint64_t>(control.pcieMode[index]));
+        setWord(c, 0, word);
         if (channel.duplex) {
-            words[2 * index + 1] = words[2 * index];
+            setWord(c, 1, word);
         }
         offset += static_cast<std::uint64_t>(bodyWords);
     }
-    for (int c = 0; c < channelCount; ++c) {
+    for (int c = 0; c < rateTableChannels; ++c) {
         const auto index = static_cast<std::size_t>(c);
         const RateTableChannel& channel = channels[c];
         log("\nChannel " + std::to_string(c));
@@ -125,7 +130,7 @@ wordList channelWords(const RateTableChannel* channels, const RateTableControl& 
             const int bodyWords = control.rxWordCount[index];
             const std::uint64_t size = blockSize(bodyWords, channel.numRxRates);
             logBlock(" RX", size, channel.numRxRates);
-            words[2 * index + 1] = channelWord(channel.numRxRates, size, offset).digits();
+            setWord(c, 1, channelWord(channel.numRxRates, size, offset));
             offset += static_cast<std::uint64_t>(bodyWords);
         }
     }

@@ -2,6 +2,13 @@
 
 namespace sable_lanecfg {
 
+namespace {
+
+/// Bytes of rate table that the controller's own memory holds.
+constexpr unsigned int controllerTableBytes = 8192;
+
+}  // namespace
+
 lane_cfg_instance::lane_cfg_instance(
     const std::string& name, const std::string& familyWord,
     const std::vector<channelUsageInfo>& usage,
@@ -32,7 +39,7 @@ bool lane_cfg_instance::updateELF(const std::string& /*elfFile*/, const std::str
 }
 
 bool lane_cfg_instance::isFabricBramNeeded() {
-    return false;
+    return static_cast<unsigned int>(getRateTableSize()) > controllerTableBytes;
 }
 
 }  // namespace sable_lanecfg
