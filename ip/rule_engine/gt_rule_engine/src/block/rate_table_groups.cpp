@@ -33,7 +33,9 @@ std::string gt_rule_engine::snapshotText(const RateTableAttribute& attribute, in
 std::vector<std::string> gt_rule_engine::rateTableBodyCase1_new(
     RateTableAttribute first, RateTableAttribute second, int hasSecond,
     std::set<std::string> masked, std::vector<int> snapshots, bool singleLane) {
-    return pairGroup(first, second, hasSecond != 0, masked, snapshots.at(0), snapshots.at(1),
+    const int firstSnapshot = snapshots.at(0);
+    const int secondSnapshot = snapshots.at(1);
+    return pairGroup(first, second, hasSecond != 0, masked, firstSnapshot, secondSnapshot,
                      singleLane);
 }
 
