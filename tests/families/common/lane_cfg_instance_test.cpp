@@ -1,7 +1,9 @@
+#include "support/environment_variable.h"
 #include "support/print_rule_value.h"
 #include "support/temporary_directory.h"
 
 #include <lanecfg/lane_cfg_instance.h>
+#include <lanecfg/rule_engine_utilities.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -23,11 +26,16 @@ using sable_lanecfg::lane_cfg_instance;
 using sable_lanecfg::lane_cfg_instance_iter_stable;
 using sable_lanecfg::paramTypeInfo;
 using sable_lanecfg::quadsUsageInfo;
+using sable_lanecfg::rule_engine_utilities;
 using sable_lanecfg::ruleValue;
 using sable_lanecfg::userParamStore;
+using sable_lanecfg::varInfo;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::Pair;
+using testing::StartsWith;
 
 namespace {
 
@@ -45,6 +53,12 @@ class FamilyFrame : public testing::Test {
                                        deviceData);
     }
 
+    /// A quad without rates; those of a rate table need more parameters than these tests.
+    std::unique_ptr<Frame> makeUnused() {
+        params.clear();
+        return make();
+    }
+
     std::vector<channelUsageInfo> usage;
     std::map<std::string, quadsUsageInfo*> quads;
     std::map<std::string, paramTypeInfo> types{
@@ -56,12 +70,15 @@ class FamilyFrame : public testing::Test {
     std::map<std::string, std::vector<std::string>> deviceData{{"siliconRev", {"es1"}}};
 };
 
+template <class Frame>
+constexpr bool isLive = std::is_base_of<lane_cfg_instance, Frame>::value;
+
 using Frames = testing::Types<lane_cfg_instance, lane_cfg_instance_iter_stable>;
 
 struct FrameNames {
     template <class Frame>
     static std::string GetName(int /*index*/) {
-        return std::is_same<Frame, lane_cfg_instance>::value ? "live" : "stable";
+        return isLive<Frame> ? "live" : "stable";
     }
 };
 
@@ -107,14 +124,107 @@ TYPED_TEST(FamilyFrame, AnswersNoAttributeAndNoOutputClock) {
     EXPECT_THAT(frame->getOutClkFrequencies(), IsEmpty());
 }
 
-TYPED_TEST(FamilyFrame, AnswersNoMemoryImage) {
-    EXPECT_THAT(this->make()->getMemContent(), IsEmpty());
+/// Sections of a memory image before the rate table.
+std::map<std::string, std::string> firmwareOf(std::map<std::string, std::string> image) {
+    image.erase("@00016000");
+    return image;
 }
 
-TYPED_TEST(FamilyFrame, LeavesAFirmwareAlone) {
+TYPED_TEST(FamilyFrame, AnswersTheFirmwareAndBehindItTheRateTable) {
+    const auto frame = this->makeUnused();
+    frame->runBlockRules();
+    const std::map<std::string, std::string> image = frame->getMemContent();
+    // The frozen firmware has a section less.
+    EXPECT_EQ(image.size(), isLive<TypeParam> ? 7U : 6U);
+    EXPECT_EQ(image.rbegin()->first, "@00016000");
+    EXPECT_EQ(image.at("@00016000"), frame->generateRateTable(true));
+    EXPECT_THAT(image.at("@00016000"), StartsWith("//Version 2.0 32-bit\n  "));
+}
+
+TYPED_TEST(FamilyFrame, AnswersTheSameMemoryImageAfterATable) {
+    const auto frame = this->makeUnused();
+    frame->runBlockRules();
+    frame->generateRateTable(true);
+    const std::map<std::string, std::string> image = frame->getMemContent();
+    EXPECT_EQ(frame->getMemContent(), image);
+}
+
+TYPED_TEST(FamilyFrame, ClearsTheLogForTheTableOfTheMemoryImage) {
+    const auto frame = this->makeUnused();
+    rule_engine_utilities::write_log("of an earlier request");
+    frame->getMemContent();
+    EXPECT_THAT(rule_engine_utilities::get_log_content(), Not(Contains("of an earlier request")));
+    EXPECT_THAT(rule_engine_utilities::get_log_content(), Contains("*****New Version*****"));
+}
+
+TYPED_TEST(FamilyFrame, ChoosesTheFirmwareByTheSiliconRevisionIfItIsLive) {
+    const auto firmwareFor = [this](const std::string& revision) {
+        this->deviceData["siliconRev"] = {revision};
+        return firmwareOf(this->makeUnused()->getMemContent());
+    };
+    const std::map<std::string, std::string> early = firmwareFor("es1");
+    EXPECT_EQ(firmwareFor("ES1"), early);
+    const std::map<std::string, std::string> other = firmwareFor("");
+    EXPECT_EQ(firmwareFor("ES2"), other);
+    EXPECT_EQ(early != other, isLive<TypeParam>);
+}
+
+TYPED_TEST(FamilyFrame, AnswersAFirmwareWithoutASiliconRevision) {
+    this->deviceData["siliconRev"] = {"ES2"};
+    const std::map<std::string, std::string> other =
+        firmwareOf(this->makeUnused()->getMemContent());
+    this->deviceData.clear();
+    EXPECT_EQ(firmwareOf(this->makeUnused()->getMemContent()), other);
+}
+
+/// Gives a frame a register that its rate table needs and whose offset is no number, of which the
+/// standard library says "stoul".
+template <class Frame>
+void breakRateTable(Frame& frame) {
+    frame.attributes["TX_CFG"].Offset = "nowhere";
+    std::vector<std::map<std::string, varInfo>> rates(2);
+    for (unsigned int rate = 0; rate < 2; ++rate) {
+        for (const char* const name : {"TX", "RX", "TX_CFG"}) {
+            rates[rate][name].value = rate;
+        }
+    }
+    frame.blockVarMap.assign(1, rates);
+}
+
+TYPED_TEST(FamilyFrame, LetsAFaultOfTheTableOutOfTheMemoryImageAsItIs) {
+    const auto frame = this->makeUnused();
+    breakRateTable(*frame);
+    EXPECT_THAT([&] { frame->getMemContent(); },
+                testing::ThrowsMessage<std::invalid_argument>(testing::StrEq("stoul")));
+}
+
+TYPED_TEST(FamilyFrame, TurnsAFaultOfTheTableIntoATextInAnElfUpdate) {
+    const lanecfg_test::TemporaryDirectory directory;
+    const auto frame = this->makeUnused();
+    breakRateTable(*frame);
+    EXPECT_THAT([&] { frame->updateELF("firmware.elf", directory.path().string()); },
+                testing::Throws<std::string>(
+                    testing::StrEq("Internal Error: Quad IP Generation Error : stoul")));
+}
+
+TYPED_TEST(FamilyFrame, UpdatesAnElfThroughTheScriptOfTheWorkDirectory) {
+    const lanecfg_test::TemporaryDirectory directory;
+    std::filesystem::permissions(directory.write("pco-objcopy", ""),
+                                 std::filesystem::perms::owner_all);
+    const lanecfg_test::EnvironmentVariable searchPath("PATH", directory.path().string());
+    directory.write("update_elf.sh", "#!/bin/sh\necho \"$5 puts $4 into $2\"\n");
+    const auto frame = this->makeUnused();
+    EXPECT_TRUE(frame->updateELF("firmware.elf", directory.path().string()));
+    EXPECT_EQ(lanecfg_test::readFile(directory.file("elfUpdator.log")),
+              "x puts " + directory.file("rate_table.txt") + " into firmware.elf\n");
+    EXPECT_EQ(lanecfg_test::readFile(directory.file("rate_table.txt")),
+              frame->generateRateTableInBinary());
+}
+
+TYPED_TEST(FamilyFrame, LeavesAnElfAloneWithoutAScript) {
     const lanecfg_test::TemporaryDirectory directory;
     const std::string firmware = directory.write("firmware.elf", "code");
-    EXPECT_FALSE(this->make()->updateELF(firmware, directory.path().string()));
+    EXPECT_FALSE(this->makeUnused()->updateELF(firmware, directory.path().string()));
     EXPECT_EQ(lanecfg_test::readFile(firmware), "code");
 }
 

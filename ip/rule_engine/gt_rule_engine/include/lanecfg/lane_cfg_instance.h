@@ -30,13 +30,17 @@ class LANECFG_EXPORT lane_cfg_instance : public gt_rule_engine_live {
 
     /// Register words by prefixed name; empty unless the family answers.
     virtual std::map<std::string, std::string> getAttributes();
-    /// Memory image of the embedded controller, section text by load address; empty unless the
-    /// family answers.
+    /// Memory image of the embedded controller, section text by load address, "@" and eight
+    /// hexadecimal digits: the firmware for the silicon revision of the settings, and at
+    /// "@00016000" the rate table. The table is made anew, as by `generateRateTable`, which throws
+    /// through this call.
     virtual std::map<std::string, std::string> getMemContent();
     /// Output clocks (MHz) by name; empty unless the family answers.
     virtual std::map<std::string, std::string> getOutClkFrequencies();
-    /// Puts the rate table into the firmware `elfFile`, working in the folder `workDir`; true when
-    /// the ELF was updated. The frame has no table: it leaves the file alone and answers false.
+    /// Puts the rate table into the firmware `elfFile` through the script `update_elf.sh` of the
+    /// folder `workDir`, as lane_cfg_elf_updator does; true when the ELF was updated. The table is
+    /// made anew. What is thrown on the way comes out as a std::string: "Internal Error: Quad IP
+    /// Generation Error", and behind " : " the text of a std::exception.
     virtual bool updateELF(const std::string& elfFile, const std::string& workDir);
     /// True when the rate table is larger than the 8192 bytes of the controller's memory and needs
     /// block memory in the fabric. Generates the table, with all that `getRateTableSize` does.
@@ -46,8 +50,8 @@ class LANECFG_EXPORT lane_cfg_instance : public gt_rule_engine_live {
     std::string instanceName;  ///< name under which the host asked for the instance
 };
 
-/// Frame of a family's instance with the frozen rules. As lane_cfg_instance, but without the
-/// question for fabric memory.
+/// Frame of a family's instance with the frozen rules. As lane_cfg_instance, but with one firmware
+/// for all silicon revisions, and without the question for fabric memory.
 class LANECFG_EXPORT lane_cfg_instance_iter_stable : public gt_rule_engine_iter_stable {
   public:
     lane_cfg_instance_iter_stable(

@@ -1,3 +1,6 @@
+#include "elf/rate_table_update.h"
+#include "families/common/memory_image.h"
+
 #include <lanecfg/lane_cfg_instance.h>
 
 namespace sable_lanecfg {
@@ -27,15 +30,18 @@ std::map<std::string, std::string> lane_cfg_instance::getAttributes() {
 }
 
 std::map<std::string, std::string> lane_cfg_instance::getMemContent() {
-    return {};
+    std::map<std::string, std::string> sections = memoryImageSections(liveMemoryImage(settings));
+    sections[rateTableKey] = generateRateTable(true);
+    return sections;
 }
 
 std::map<std::string, std::string> lane_cfg_instance::getOutClkFrequencies() {
     return {};
 }
 
-bool lane_cfg_instance::updateELF(const std::string& /*elfFile*/, const std::string& /*workDir*/) {
-    return false;
+bool lane_cfg_instance::updateELF(const std::string& elfFile, const std::string& workDir) {
+    return updateElfWithRateTable([this] { return generateRateTableInBinary(); }, instanceName,
+                                  elfFile, workDir);
 }
 
 bool lane_cfg_instance::isFabricBramNeeded() {

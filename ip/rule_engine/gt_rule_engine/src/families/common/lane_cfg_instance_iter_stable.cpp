@@ -1,3 +1,6 @@
+#include "elf/rate_table_update.h"
+#include "families/common/memory_image.h"
+
 #include <lanecfg/lane_cfg_instance.h>
 
 namespace sable_lanecfg {
@@ -20,16 +23,19 @@ std::map<std::string, std::string> lane_cfg_instance_iter_stable::getAttributes(
 }
 
 std::map<std::string, std::string> lane_cfg_instance_iter_stable::getMemContent() {
-    return {};
+    std::map<std::string, std::string> sections = memoryImageSections(MemoryImage::frozen);
+    sections[rateTableKey] = generateRateTable(false);
+    return sections;
 }
 
 std::map<std::string, std::string> lane_cfg_instance_iter_stable::getOutClkFrequencies() {
     return {};
 }
 
-bool lane_cfg_instance_iter_stable::updateELF(const std::string& /*elfFile*/,
-                                              const std::string& /*workDir*/) {
-    return false;
+bool lane_cfg_instance_iter_stable::updateELF(const std::string& elfFile,
+                                              const std::string& workDir) {
+    return updateElfWithRateTable([this] { return generateRateTableInBinary(); }, instanceName,
+                                  elfFile, workDir);
 }
 
 }  // namespace sable_lanecfg
