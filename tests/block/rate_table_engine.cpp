@@ -126,14 +126,6 @@ std::vector<std::uint32_t> numbersOfBinary(const std::string& joined) {
     return numbers(words);
 }
 
-FreshLog::FreshLog() {
-    rule_engine_utilities::clean_log();
-}
-
-FreshLog::~FreshLog() {
-    rule_engine_utilities::clean_log();
-}
-
 std::vector<std::string> FreshLog::lines() const {
     return rule_engine_utilities::get_log_content();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "block_engine.h"
+#include "support/clean_log.h"
 
 #include <gtest/gtest.h>
 
@@ -76,13 +77,8 @@ std::string textOfFault(const Action& action) {
 }
 
 /// Empties the log while it lives, so that a test reads its own lines only.
-class FreshLog {
+class FreshLog : private CleanLog {
   public:
-    FreshLog();
-    ~FreshLog();
-    FreshLog(const FreshLog&) = delete;
-    FreshLog& operator=(const FreshLog&) = delete;
-
     std::vector<std::string> lines() const;
 };
 
