@@ -208,6 +208,10 @@ TEST_P(EveryCatalogue, HoldsEachFieldOnceAndComposesEachRegisterOnce) {
         if (entry.kind != entryKind::fields) {
             EXPECT_TRUE(words.insert(entry.name).second) << entry.name;
         }
+        if (entry.kind == entryKind::wholeRegister) {
+            EXPECT_EQ(GetParam().catalogue().fieldsOf(entry.name).size(), entry.fields.size())
+                << "fields of " << entry.name << " stand outside of its entry";
+        }
     }
     for (const catalogueEntry& entry : GetParam().catalogue().entries()) {
         EXPECT_EQ(words.count(entry.name), 1U) << entry.name << " has fields but no word";
