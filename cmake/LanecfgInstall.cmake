@@ -6,10 +6,8 @@ set(lanecfg_libraries hostx_common hostx_coregen strmio_iostreams hostx_rule_eng
 set_target_properties(${lanecfg_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 file(RELATIVE_PATH lanecfg_bin_to_lib
     ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-if(TARGET lanecfg)
-    set_target_properties(lanecfg PROPERTIES INSTALL_RPATH "$ORIGIN/${lanecfg_bin_to_lib}")
-    install(TARGETS lanecfg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-endif()
+set_target_properties(lanecfg PROPERTIES INSTALL_RPATH "$ORIGIN/${lanecfg_bin_to_lib}")
+install(TARGETS lanecfg RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 install(TARGETS ${lanecfg_libraries} EXPORT lanecfgTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -31,5 +29,8 @@ install(FILES ${PROJECT_BINARY_DIR}/lanecfgConfig.cmake
               ${PROJECT_BINARY_DIR}/lanecfgConfigVersion.cmake
     DESTINATION ${lanecfg_package_dir})
 
+# The file finds its prefix from its own place, wherever the tree is installed.
+file(RELATIVE_PATH lanecfg_pc_to_prefix
+    ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/lanecfg.pc.in ${PROJECT_BINARY_DIR}/lanecfg.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/lanecfg.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

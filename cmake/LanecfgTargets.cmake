@@ -18,6 +18,10 @@ if(LANECFG_COVERAGE)
     target_link_options(lanecfg_options INTERFACE --coverage)
 endif()
 
+# What the library keeps on purpose is no leak.
+set(lanecfg_test_environment
+    "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leak_suppressions.txt:print_suppressions=0")
+
 # lanecfg_add_test(NAME SOURCES... LIBRARIES...): one GoogleTest program, its cases known to CTest.
 function(lanecfg_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
@@ -29,5 +33,5 @@ function(lanecfg_add_test name)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}."
         PROPERTIES
             TIMEOUT 120
-            ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leak_suppressions.txt:print_suppressions=0")
+            ENVIRONMENT "${lanecfg_test_environment}")
 endfunction()

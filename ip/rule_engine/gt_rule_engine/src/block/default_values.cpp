@@ -1,9 +1,8 @@
 #include "block/default_values.h"
 
-#include <lanecfg/rule_engine_utilities.h>
+#include "database/parameter_values.h"
 
 #include <boost/algorithm/string/predicate.hpp>
-#include <boost/optional.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -12,27 +11,6 @@
 namespace sable_lanecfg {
 
 namespace {
-
-boost::optional<ruleValue> defaultValue(const paramTypeInfo& parameter) {
-    const std::string& type = parameter.type;
-    const std::string& text = parameter.default_value;
-    if (type == "int") {
-        return ruleValue(rule_engine_utilities::getInt(text));
-    }
-    if (type == "float") {
-        return ruleValue(rule_engine_utilities::getFloat(text));
-    }
-    if (type == "double") {
-        return ruleValue(rule_engine_utilities::getDouble(text));
-    }
-    if (type == "string") {
-        return ruleValue(text);
-    }
-    if (type == "bool") {
-        return ruleValue(rule_engine_utilities::stringToBool(text));
-    }
-    return boost::none;
-}
 
 std::size_t directionOf(const std::string& parameterName) {
     return boost::algorithm::starts_with(parameterName, "RX") ? 1 : 0;
@@ -43,8 +21,9 @@ std::size_t directionOf(const std::string& parameterName) {
 std::map<std::string, ruleValue> defaultValues(const std::map<std::string, paramTypeInfo>& types) {
     std::map<std::string, ruleValue> defaults;
     for (const auto& [name, parameter] : types) {
-        if (auto value = defaultValue(parameter)) {
-            defaults.emplace_hint(defaults.end(), name, std::move(*value));
+        ruleValue value = typedValue(parameter.default_value, parameter.type, textConverter());
+        if (value.which() != 0) {
+            defaults.emplace_hint(defaults.end(), name, std::move(value));
         }
     }
     return defaults;

@@ -16,34 +16,54 @@ namespace {
 constexpr const char* databaseGrade = "-3";
 constexpr int anyFamilyStyle = 0;
 
-void reportPart(const ToolPart& part) {
+/// What the host tells of a part, asked for in this order.
+struct partFacts {
+    std::string architecture;
+    std::string speedGrade;
+    std::string device;
+    std::string package;
+    std::string siliconRevision;
+    std::string temperatureGrade;
+    std::string family;
+};
+
+partFacts factsOf(const ToolPart& part) {
+    // The elements of a braced list are evaluated from left to right.
+    return {part.getArchitecture(),
+            part.getSpeedGrade(),
+            part.getDevice(),
+            part.getPackage(),
+            part.getSiliconRevision(),
+            part.getTemperatureGrade(),
+            part.getFamily(anyFamilyStyle)};
+}
+
+void reportPart(const partFacts& part) {
     const std::string text =
         (boost::format("Device data: speedGrade: %s - device: %s - package: %s - siliconRev:%s - "
                        "tempGrade: %s - architecture: %s") %
-         part.getSpeedGrade() % part.getDevice() % part.getPackage() % part.getSiliconRevision() %
-         part.getTemperatureGrade() % part.getArchitecture())
+         part.speedGrade % part.device % part.package % part.siliconRevision %
+         part.temperatureGrade % part.architecture)
             .str();
     ToolMsgMgr::sendMessage(
         ToolMsgMgrInstance::createInstance::eval(0, "ip/rule_engine/gt_rule_engine/src/gt_db_load",
                                                  37, "ip", ToolMsgSeverity::status, text));
 }
 
-/// What the database needs to know of the part.
-struct partFacts {
-    std::string siliconRevision;
-    std::string family;
-};
-
+/// Facts of the named part, empty without a name.
 partFacts factsOfPart(const std::string& partName) {
+    partFacts facts;
     if (partName.empty()) {
-        return {};
+        return facts;
     }
     const std::unique_ptr<ToolPart> part(new (std::nothrow) ToolPart(partName));
     if (!part) {
-        return {"es1", ""};
+        facts.siliconRevision = "es1";
+        return facts;
     }
-    reportPart(*part);
-    return {part->getSiliconRevision(), part->getFamily(anyFamilyStyle)};
+    facts = factsOf(*part);
+    reportPart(facts);
+    return facts;
 }
 
 }  // namespace

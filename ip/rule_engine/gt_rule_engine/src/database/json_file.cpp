@@ -1,12 +1,10 @@
 #include "database/json_file.h"
 
+#include "database/fault_report.h"
 #include "database/nesting_limit.h"
 #include "database/parse_json.h"
 
 #include <lanecfg/host/strmio_iostreams.h>
-#include <lanecfg/rule_engine_utilities.h>
-
-#include <boost/format.hpp>
 
 #include <exception>
 
@@ -23,11 +21,6 @@ boost::property_tree::ptree readJsonFile(const std::string& file) {
         reportParseError(file);
     }
     return tree;
-}
-
-void reportParseError(const std::string& file) {
-    rule_engine_utilities::addMessage((boost::format("Error in parsing the file %s.") % file).str(),
-                                      "error");
 }
 
 }  // namespace sable_lanecfg

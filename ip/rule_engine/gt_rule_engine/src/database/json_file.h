@@ -10,7 +10,4 @@ namespace sable_lanecfg {
 /// deeper than 256 levels is reported, and the tree is then empty.
 boost::property_tree::ptree readJsonFile(const std::string& file);
 
-/// Tells the user that the content of the file is unusable.
-void reportParseError(const std::string& file);
-
 }  // namespace sable_lanecfg

@@ -1,3 +1,4 @@
+#include "database/fault_report.h"
 #include "database/json_file.h"
 
 #include <lanecfg/gt_db_load.h>

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "database/fault_report.h"
+
 #include <lanecfg/gt_db_load.h>
+#include <lanecfg/rule_engine_utilities.h>
 
 #include <map>
 #include <string>
 #include <utility>
 
 namespace sable_lanecfg {
-
-/// Tells the user that the types file does not know the parameter.
-void reportUnknownParameter(const std::string& name);
 
 /// The value behind a parameter's name in the type that the types file gives it; blank for an
 /// unknown type. `convert(source, T())` makes a T.
@@ -32,6 +32,23 @@ ruleValue typedValue(const Source& source, const std::string& type, const Conver
     }
     return boost::blank();
 }
+
+/// How a text becomes a value of each type.
+struct textConverter {
+    std::string operator()(const std::string& text, const std::string&) const { return text; }
+    unsigned int operator()(const std::string& text, unsigned int) const {
+        return rule_engine_utilities::getInt(text);
+    }
+    bool operator()(const std::string& text, bool) const {
+        return rule_engine_utilities::stringToBool(text);
+    }
+    float operator()(const std::string& text, float) const {
+        return rule_engine_utilities::getFloat(text);
+    }
+    double operator()(const std::string& text, double) const {
+        return rule_engine_utilities::getDouble(text);
+    }
+};
 
 /// Stores every member of a request's map under its name, converted by `typedValue`. The first
 /// parameter without a known type is reported, ends the map and makes the result false.

@@ -21,17 +21,6 @@ using laneRates = std::vector<std::map<std::string, ruleValue>>;
 constexpr const char* perLaneFamily = "tessera";
 constexpr int lanesOfQuad = 4;
 
-/// How the text of a dictionary becomes a value of each type.
-struct textConverter {
-    std::string operator()(const std::string& text, const std::string&) const { return text; }
-    unsigned int operator()(const std::string& text, unsigned int) const {
-        return utilities::getInt(text);
-    }
-    bool operator()(const std::string& text, bool) const { return utilities::stringToBool(text); }
-    float operator()(const std::string& text, float) const { return utilities::getFloat(text); }
-    double operator()(const std::string& text, double) const { return utilities::getDouble(text); }
-};
-
 /// Empty tokens count: an empty text is one of them.
 std::vector<std::string> splitList(const std::string& text) {
     std::vector<std::string> tokens;

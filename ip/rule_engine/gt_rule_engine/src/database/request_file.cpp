@@ -1,3 +1,4 @@
+#include "database/fault_report.h"
 #include "database/json_file.h"
 #include "database/parameter_values.h"
 #include "database/quad_usage.h"
@@ -5,8 +6,6 @@
 
 #include <lanecfg/gt_db_load.h>
 #include <lanecfg/rule_engine_utilities.h>
-
-#include <boost/format.hpp>
 
 #include <exception>
 #include <memory>
@@ -21,10 +20,6 @@ using boost::property_tree::ptree;
 using quadMap = std::map<std::string, quadsUsageInfo*>;
 using laneRates = std::vector<std::map<std::string, ruleValue>>;
 using typeMap = std::map<std::string, paramTypeInfo>;
-
-void reportError(const char* format, const std::string& argument) {
-    rule_engine_utilities::addMessage((boost::format(format) % argument).str(), "error");
-}
 
 /// The channel entry names the quad; of several the last stands.
 std::unique_ptr<quadsUsageInfo> readQuad(const std::string& usageKey, const ptree& entries,
