@@ -2,6 +2,12 @@
 #include "output.h"
 #include "subcommand.h"
 
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/split.hpp>
+
+#include <string>
+#include <vector>
+
 namespace sable_lanecfg::tool {
 namespace {
 
@@ -18,6 +24,15 @@ std::vector<std::string> logOf(ConfiguredInstance& instance) {
     return ConfiguredInstance::log();
 }
 
+/// Headings of the rate table bring line feeds of their own.
+void addRows(Table& table, const std::string& line) {
+    std::vector<std::string> rows;
+    boost::algorithm::split(rows, line, boost::is_any_of("\n"));
+    for (const std::string& row : rows) {
+        table.rows.push_back({Cell(row)});
+    }
+}
+
 ExitCode run(const LogOptions& options, Console& console) {
     RequestRun run(options.request, console);
     Answer answer;
@@ -25,7 +40,7 @@ ExitCode run(const LogOptions& options, Console& console) {
     answer.table.hasHeading = false;
     answer.document = Json::array();
     for (const std::string& line : logOf(run.instance)) {
-        answer.table.rows.push_back({Cell(line)});
+        addRows(answer.table, line);
         answer.document->push_back(line);
     }
     writeAnswer(answer, options.output);
