@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <malloc.h>
 #include <map>
 #include <memory>
 #include <optional>
@@ -25,54 +27,58 @@ using sable_lanecfg::ruleValue;
 using sable_lanecfg::variable;
 using sable_lanecfg::variableMap;
 
-struct RuleShape {
+/// A variable and what its rule reads; a user parameter has no rule and reads nothing.
+struct Entry {
     std::vector<std::string> inputs;
     std::vector<std::string> outputs;
 
-    const std::string& output() const { return outputs.front(); }
+    bool isParameter() const { return inputs.empty(); }
+    const std::string& name() const { return outputs.front(); }
 };
 
-/// A rule set of the form of a family's: user parameters, then words of eight fields in the order
-/// of a catalogue. A field reads a parameter and one of the variables shortly before it, a word
-/// reads its fields.
+/// A rule set of the form of a family's, in sections of 1,100 variables: 100 user parameters, then
+/// words of eight fields in the order of a catalogue. A field reads one of its section's parameters
+/// and one of the variables shortly before it, a word reads its fields.
 class RuleSet {
   public:
-    RuleSet(std::size_t variables, std::size_t parameters) {
-        for (std::size_t number = 0; number < parameters; ++number) {
-            names_.push_back("PARAMETER_" + std::to_string(number));
-        }
-        parameters_ = names_;
-        for (std::size_t word = 0; names_.size() < variables; ++word) {
-            addWord("CH0_REGISTER" + std::to_string(word) + "_CFG", variables);
+    explicit RuleSet(std::size_t variables) {
+        while (entries_.size() < variables) {
+            const std::size_t place = entries_.size() % sectionVariables;
+            if (place < sectionParameters) {
+                parameters_.push_back("PARAMETER_" + std::to_string(entries_.size()));
+                entries_.push_back({{}, {parameters_.back()}});
+            } else {
+                addWord(std::min(variables, entries_.size() - place + sectionVariables));
+            }
         }
     }
 
-    const std::vector<std::string>& parameters() const { return parameters_; }
-    const std::vector<RuleShape>& rules() const { return rules_; }
+    const std::vector<Entry>& entries() const { return entries_; }
 
   private:
-    void addWord(const std::string& word, std::size_t variables) {
+    static constexpr std::size_t sectionVariables = 1100;
+    static constexpr std::size_t sectionParameters = 100;
+
+    /// Adds as many of a word's fields as there is room for before `end`, and the word.
+    void addWord(std::size_t end) {
+        const std::string word = "CH0_REGISTER" + std::to_string(entries_.size()) + "_CFG";
         std::vector<std::string> fields;
-        for (int number = 0; number < 8 && names_.size() + 1 < variables; ++number) {
-            const std::string field = word + ".FIELD" + std::to_string(number);
-            const std::size_t firstNear = names_.size() - std::min<std::size_t>(names_.size(), 100);
-            rules_.push_back(
-                {{nameAmong(0, parameters_.size()), nameAmong(firstNear, names_.size())}, {field}});
-            fields.push_back(field);
-            names_.push_back(field);
+        for (int number = 0; number < 8 && entries_.size() + 1 < end; ++number) {
+            fields.push_back(word + ".FIELD" + std::to_string(number));
+            const std::string parameter = *(parameters_.end() - oneOfLast(sectionParameters));
+            const std::string nearby = (entries_.end() - oneOfLast(100))->name();
+            entries_.push_back({{parameter, nearby}, {fields.back()}});
         }
-        rules_.push_back({fields, {word}});
-        names_.push_back(word);
+        entries_.push_back({fields.empty() ? std::vector{parameters_.back()} : fields, {word}});
     }
 
-    const std::string& nameAmong(std::size_t first, std::size_t last) {
-        return names_[std::uniform_int_distribution<std::size_t>(first, last - 1)(random_)];
+    std::ptrdiff_t oneOfLast(std::ptrdiff_t count) {
+        return std::uniform_int_distribution<std::ptrdiff_t>(1, count)(random_);
     }
 
     std::mt19937 random_{1};
-    std::vector<std::string> names_;
     std::vector<std::string> parameters_;
-    std::vector<RuleShape> rules_;
+    std::vector<Entry> entries_;
 };
 
 /// The variables of one rule, held.
@@ -96,68 +102,63 @@ class PassEngine : public rule_engine_base {
         passFlag = !passFlag;
     }
 
-    void enterParameters(const RuleSet& set) {
-        for (const std::string& name : set.parameters()) {
-            setVal(name, 1U);
-        }
-    }
-
     void enterVariables(const RuleSet& set) {
-        enterParameters(set);
-        for (const RuleShape& rule : set.rules()) {
-            addVertex(rule.output(), {});
+        for (const Entry& entry : set.entries()) {
+            setVal(entry.name(), 1U);
         }
     }
 
-    void enterRules(const RuleSet& set) {
-        for (const RuleShape& shape : set.rules()) {
-            rule(shape.inputs, shape.outputs, [] {});
+    /// Registers the rules, with the body that `bodyOf(entry)` gives.
+    template <class BodyOf>
+    void enterRules(const RuleSet& set, const BodyOf& bodyOf) {
+        for (const Entry& entry : set.entries()) {
+            if (entry.isParameter()) {
+                setVal(entry.name(), 1U);
+            } else {
+                rule(entry.inputs, entry.outputs, bodyOf(entry));
+            }
         }
     }
 
-    HeldRule hold(const RuleShape& rule) {
+    HeldRule hold(const Entry& entry) {
         HeldRule held;
-        for (const std::string& name : rule.inputs) {
+        for (const std::string& name : entry.inputs) {
             held.inputs.push_back(findVariable(name));
         }
-        held.output = findVariable(rule.output());
+        held.output = findVariable(entry.name());
         return held;
     }
 };
 
-// The size of a family's rule set.
-constexpr std::size_t familyVariables = 2200;
-constexpr std::size_t familyParameters = 200;
-
-/// The allocator puts off part of a release until the next large request, which would otherwise be
-/// one of those measured.
-void settleAllocator() {
-    const std::vector<char> large(1U << 16U);
-    benchmark::DoNotOptimize(large.data());
+/// A body that does nothing.
+std::function<void()> idle(const Entry& /*entry*/) {
+    return [] {};
 }
 
+// The size of a family's rule set: 200 parameters and 2,000 rules.
+constexpr std::size_t familyVariables = 2200;
+
 /// Registering parameters and rules. Every batch registers the same number of variables, in few
-/// large rule sets or in many small ones, and keeps all to its end: so the growth is that of the
-/// registration, not that of the caches' failure to hold a larger one.
+/// large rule sets or in many small ones, keeps all to its end, and starts with fresh memory, as a
+/// process does that registers its rule set once: so the growth is that of the registration, not
+/// that of the caches' and the allocator's failure to hold a larger one.
 void registration(benchmark::State& state) {
     constexpr std::size_t batchVariables = 32000;
-    constexpr std::size_t parameters = 90;
     const auto variables = static_cast<std::size_t>(state.range(0));
     const std::size_t batch = batchVariables / variables;
     std::vector<RuleSet> sets;
     for (std::size_t number = 0; number < batch; ++number) {
-        sets.emplace_back(variables, parameters);
+        sets.emplace_back(variables);
     }
     std::vector<PassEngine> engines;
     while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(batch))) {
         state.PauseTiming();
         engines.clear();
         engines.resize(batch);
-        settleAllocator();
+        malloc_trim(0);
         state.ResumeTiming();
         for (std::size_t number = 0; number < batch; ++number) {
-            engines[number].enterParameters(sets[number]);
-            engines[number].enterRules(sets[number]);
+            engines[number].enterRules(sets[number], idle);
         }
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -166,13 +167,12 @@ BENCHMARK(registration)->Arg(1000)->Arg(2000)->Arg(4000)->Arg(8000)->Arg(16000)-
 
 /// The first pass over a registered rule set, which sorts it.
 void firstPass(benchmark::State& state) {
-    const RuleSet set(familyVariables, familyParameters);
+    const RuleSet set(familyVariables);
     std::optional<PassEngine> engine;
     for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         engine.emplace();
-        engine->enterParameters(set);
-        engine->enterRules(set);
+        engine->enterRules(set, idle);
         state.ResumeTiming();
         engine->runPass();
     }
@@ -181,12 +181,12 @@ BENCHMARK(firstPass);
 
 /// One pass whose rule bodies hold their variables.
 void pass(benchmark::State& state) {
-    const RuleSet set(familyVariables, familyParameters);
+    const RuleSet set(familyVariables);
     PassEngine engine;
     engine.enterVariables(set);
-    for (const RuleShape& rule : set.rules()) {
-        engine.rule(rule.inputs, rule.outputs, [held = engine.hold(rule)] { held.evaluate(); });
-    }
+    engine.enterRules(set, [&engine](const Entry& entry) {
+        return [held = engine.hold(entry)] { held.evaluate(); };
+    });
     for ([[maybe_unused]] auto _ : state) {
         engine.runPass();
         benchmark::ClobberMemory();
@@ -196,18 +196,17 @@ BENCHMARK(pass);
 
 /// The same pass with every variable looked up by its name.
 void passByName(benchmark::State& state) {
-    const RuleSet set(familyVariables, familyParameters);
+    const RuleSet set(familyVariables);
     PassEngine engine;
-    engine.enterVariables(set);
-    for (const RuleShape& rule : set.rules()) {
-        engine.rule(rule.inputs, rule.outputs, [&engine, &rule] {
+    engine.enterRules(set, [&engine](const Entry& entry) {
+        return [&engine, &entry] {
             unsigned int result = 1;
-            for (const std::string& name : rule.inputs) {
+            for (const std::string& name : entry.inputs) {
                 result = 3 * result + engine.getVal<unsigned int>(name);
             }
-            engine.setVal(rule.output(), result);
-        });
-    }
+            engine.setVal(entry.name(), result);
+        };
+    });
     for ([[maybe_unused]] auto _ : state) {
         engine.runPass();
         benchmark::ClobberMemory();
@@ -220,7 +219,7 @@ void flowGraphPass(benchmark::State& state) {
     namespace flow = oneapi::tbb::flow;
     using Node = flow::continue_node<flow::continue_msg>;
 
-    const RuleSet set(familyVariables, familyParameters);
+    const RuleSet set(familyVariables);
     PassEngine engine;
     engine.enterVariables(set);
     const oneapi::tbb::global_control oneThread(
@@ -228,21 +227,24 @@ void flowGraphPass(benchmark::State& state) {
     flow::graph graph;
     flow::broadcast_node<flow::continue_msg> start(graph);
     std::map<std::string, std::unique_ptr<Node>> nodes;
-    for (const RuleShape& rule : set.rules()) {
+    for (const Entry& entry : set.entries()) {
+        if (entry.isParameter()) {
+            continue;
+        }
         auto node = std::make_unique<Node>(
-            graph, [held = engine.hold(rule)](const flow::continue_msg&) { held.evaluate(); });
-        bool isRoot = true;
-        for (const std::string& name : rule.inputs) {
+            graph, [held = engine.hold(entry)](const flow::continue_msg&) { held.evaluate(); });
+        bool isFirst = true;
+        for (const std::string& name : entry.inputs) {
             const auto owner = nodes.find(name);
             if (owner != nodes.end()) {
                 flow::make_edge(*owner->second, *node);
-                isRoot = false;
+                isFirst = false;
             }
         }
-        if (isRoot) {
+        if (isFirst) {
             flow::make_edge(start, *node);
         }
-        nodes.emplace(rule.output(), std::move(node));
+        nodes.emplace(entry.name(), std::move(node));
     }
     for ([[maybe_unused]] auto _ : state) {
         start.try_put({});
@@ -253,12 +255,9 @@ BENCHMARK(flowGraphPass);
 
 /// The snapshot of a pass, without its release.
 void snapshotCopy(benchmark::State& state) {
-    const RuleSet set(familyVariables, familyParameters);
+    const RuleSet set(familyVariables);
     PassEngine engine;
     engine.enterVariables(set);
-    for (auto& [name, info] : engine.varMap) {
-        info.value = ruleValue(1U);
-    }
     std::optional<variableMap> snapshot;
     for ([[maybe_unused]] auto _ : state) {
         snapshot.emplace(engine.varMap);
