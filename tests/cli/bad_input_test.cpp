@@ -1,4 +1,6 @@
 #include "cli/command_line.h"
+#include "database.h"
+#include "support/environment_variable.h"
 
 #include <gmock/gmock.h>
 
@@ -175,7 +177,36 @@ INSTANTIATE_TEST_SUITE_P(
                [](auto& request) { request["userParams"][0][0][0]["TX_LINE_RATE"] = "fast"; }, 1,
                "ERROR: Error in filling the user parameters Map"},
         BadKey{"NoUserParameters", "sxa_basic", [](auto& request) { request.erase("userParams"); },
-               1, "ERROR: Error in filling the user parameters Map"},
+               1, "the key \"userParams\" must be a list with an element for each direction"},
+        BadKey{"EmptyUserParameters", "sxa_basic",
+               [](auto& request) { request["userParams"] = nlohmann::json::array(); }, 1,
+               "the key \"userParams\" must be a list with an element for each direction"},
+        BadKey{"UserParametersOfTheOtherForm", "sxa_basic",
+               [](auto& request) { request["userParams"] = {{"a", 1}}; }, 1,
+               "the key \"userParams\" must be a list with an element for each direction"},
+        BadKey{"LaneUsageAsText", "sxa_basic", [](auto& request) { request["laneUsage"] = "x"; }, 1,
+               "the key \"laneUsage\" must be a list in the file form"},
+        BadKey{"NoLaneUsage", "sxa_basic", [](auto& request) { request.erase("laneUsage"); }, 1,
+               "the key \"laneUsage\" must be a list in the file form"},
+        BadKey{"QuadUsageAsList", "sxa_basic",
+               [](auto& request) { request["quadUsage"] = nlohmann::json::array({1, 2}); }, 1,
+               "the key \"quadUsage\" must be an object"},
+        BadKey{"ParameterOfNoValue", "sxa_basic",
+               [](auto& request) { request["userParams"][1][2][0]["RX_LINE_RATE"] = nullptr; }, 1,
+               "can't be loaded: in direction 1 (receive), lane 2, rate 0 the parameter "
+               "\"RX_LINE_RATE\" must be a number, and is null."},
+        BadKey{"UnknownParameterOfTheDictionaryForm", "sxa_dictionary",
+               [](auto& request) {
+                   request["userParams"]["RX_SETTINGS"]["CH1"]["LR0_SETTINGS"]["NO_SUCH"] = "1";
+               },
+               1,
+               "can't be loaded: in direction RX_SETTINGS, lane CH1, rate LR0_SETTINGS the "
+               "parameter \"NO_SUCH\" is not declared"},
+        BadKey{"UnknownSectionOfTheDictionaryForm", "sxa_dictionary",
+               [](auto& request) { request["userParams"]["SETTINGS"] = nlohmann::json::object(); },
+               1,
+               "the key \"userParams.SETTINGS\" is unknown. The sections of the dictionary form "
+               "are \"TX_SETTINGS\" and \"RX_SETTINGS\"."},
         BadKey{"LanesOfTheDictionaryFormAsText", "sxa_dictionary",
                [](auto& request) { request["laneUsage"]["lanes"] = "0,1"; }, 1,
                "the key \"laneUsage.lanes\" must be an object in the dictionary form"},
@@ -212,6 +243,22 @@ TEST_F(CommandLine, WarnsOfADictionaryFormWithoutPart) {
                                          " has no part name"));
 }
 
+TEST_F(CommandLine, WarnsOfLaneKeysThatNameNoLaneAndAnswers) {
+    nlohmann::json request = bundledRequest("sxa_dictionary");
+    nlohmann::json& lanes = request["userParams"]["TX_SETTINGS"];
+    lanes["main"] = lanes["CH0"];
+    const ProgramResult result = runOn(request, "attributes");
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.errors,
+                HasSubstr("WARNING: Request " + directory.file("request.json") +
+                          ": The key \"userParams.TX_SETTINGS.main\" names no lane"));
+}
+
+TEST_F(CommandLine, DoesNotWarnOfAGoodDictionaryForm) {
+    const ProgramResult result = run({"attributes", requestPath("sxa_dictionary")});
+    EXPECT_THAT(result.errors, testing::Not(HasSubstr("WARNING")));
+}
+
 /// Runs the good request on a database that has been changed.
 class BadDatabase : public CommandLine {
   protected:
@@ -228,7 +275,8 @@ TEST_F(BadDatabase, WithoutFolderForTheFamilyNamesWhatItExpected) {
     expectFailure(result, 1,
                   "There is no database for the live rules of SXB: expected device.json, "
                   "parameters.json and registers.json in " +
-                      directory.file("SXB"));
+                      directory.file("SXB") +
+                      " (in the database folder named on the command line).");
 }
 
 TEST_F(BadDatabase, ThatDoesNotExistNamesTheVariable) {

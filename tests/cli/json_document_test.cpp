@@ -34,9 +34,12 @@ TEST_F(JsonDocumentReader, TakesAScalarRoot) {
     EXPECT_EQ(read("17").root, 17);
 }
 
-TEST_F(JsonDocumentReader, KeepsOfEmptiedListsOnlyThatTheyAreThere) {
-    EXPECT_EQ(read(R"({"a": [1, [2], {"b": 3}], "c": {"d": [4]}, "e": 5})", Lists::emptied).root,
-              nlohmann::json::parse(R"({"a": [], "c": {"d": []}, "e": 5})"));
+TEST_F(JsonDocumentReader, KeepsOfAbridgedListsOnlyWhetherTheyHaveElements) {
+    const std::string text =
+        R"({"a": [1, [2], {"b": 3}], "c": {"d": [[4], 5]}, "e": 5, "f": [], "g": [{"h": []}]})";
+    EXPECT_EQ(read(text, Lists::abridged).root,
+              nlohmann::json::parse(
+                  R"({"a": [null], "c": {"d": [null]}, "e": 5, "f": [], "g": [null]})"));
 }
 
 TEST_F(JsonDocumentReader, TakesTheLastOfRepeatedKeysAndTellsTheirPaths) {
@@ -48,12 +51,12 @@ TEST_F(JsonDocumentReader, TakesTheLastOfRepeatedKeysAndTellsTheirPaths) {
 
 TEST_F(JsonDocumentReader, TakesTheDeepestNestingAllowed) {
     EXPECT_NO_THROW(read(nestedLists(256)));
-    EXPECT_NO_THROW(read(nestedLists(256), Lists::emptied));
+    EXPECT_NO_THROW(read(nestedLists(256), Lists::abridged));
 }
 
 TEST_F(JsonDocumentReader, RefusesOneLevelMore) {
     EXPECT_THROW(read(nestedLists(257)), RequestError);
-    EXPECT_THROW(read(nestedLists(257), Lists::emptied), RequestError);
+    EXPECT_THROW(read(nestedLists(257), Lists::abridged), RequestError);
 }
 
 TEST_F(JsonDocumentReader, NamesTheFileAndThePlaceOfAFault) {
@@ -64,6 +67,24 @@ TEST_F(JsonDocumentReader, NamesTheFileAndThePlaceOfAFault) {
         EXPECT_THAT(error.what(), testing::StartsWith("Error in parsing the file " +
                                                       directory_.file("file.json") + "."));
         EXPECT_THAT(error.what(), testing::HasSubstr("line 2, column 2"));
+    }
+}
+
+TEST_F(JsonDocumentReader, AsksToCheckThePathOfAFileThatIsNotThere) {
+    try {
+        readJsonDocument(directory_.file("missing.json"), Lists::whole);
+        FAIL() << "taken";
+    } catch (const RequestError& error) {
+        EXPECT_THAT(error.what(), testing::EndsWith(" Check the path."));
+    }
+}
+
+TEST_F(JsonDocumentReader, DoesNotDoubtThePathOfAFileThatIsThere) {
+    try {
+        read("{");
+        FAIL() << "taken";
+    } catch (const RequestError& error) {
+        EXPECT_THAT(error.what(), testing::Not(testing::HasSubstr("Check the path")));
     }
 }
 

@@ -85,6 +85,32 @@ TEST_F(WholeFile, IsWrittenBehindALink) {
     EXPECT_EQ(readFile(file), "new");
 }
 
+TEST_F(WholeFile, IsMadeBehindALinkToNothing) {
+    fs::create_directory(directory_.file("below"));
+    fs::create_symlink("below/next", directory_.file("link"));
+    fs::create_symlink("new", directory_.file("below/next"));
+    writeWholeFile(directory_.file("link"), "content");
+    EXPECT_TRUE(fs::is_symlink(directory_.file("link")));
+    EXPECT_TRUE(fs::is_symlink(directory_.file("below/next")));
+    EXPECT_FALSE(fs::is_symlink(directory_.file("below/new")));
+    EXPECT_EQ(readFile(directory_.file("below/new")), "content");
+}
+
+TEST_F(WholeFile, IsNotWrittenBehindLinksInACircle) {
+    fs::create_symlink("second", directory_.file("first"));
+    fs::create_symlink("first", directory_.file("second"));
+    EXPECT_THROW(writeWholeFile(directory_.file("first"), "content"), RequestError);
+    EXPECT_TRUE(fs::is_symlink(directory_.file("first")));
+    EXPECT_EQ(filesInDirectory(), 2U);
+}
+
+TEST_F(WholeFile, MayHaveTheLongestName) {
+    const std::string file = directory_.file(std::string(255, 'n'));
+    writeWholeFile(file, "content");
+    EXPECT_EQ(readFile(file), "content");
+    EXPECT_EQ(filesInDirectory(), 1U);
+}
+
 TEST_F(WholeFile, LeavesDevicesInPlace) {
     writeWholeFile("/dev/null", "content");
     EXPECT_TRUE(fs::is_character_file("/dev/null"));

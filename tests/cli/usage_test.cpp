@@ -58,6 +58,14 @@ TEST_P(Subcommand, TakesNoUnknownFormat) {
     expectFailure(runWith({"--format", "xml"}), 2, "xml");
 }
 
+TEST_P(Subcommand, TakesNoEmptyNameOfTheAnswer) {
+    expectFailure(runWith({"-o", ""}), 2, "--output: the value is empty");
+}
+
+TEST_P(Subcommand, TakesNoEmptyNameOfTheDatabase) {
+    expectFailure(runWith({"--database", ""}), 2, "--database: the value is empty");
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, Subcommand,
                          testing::Values("attributes", "snapshot", "log", "families",
                                          "check-database"),

@@ -1,4 +1,5 @@
 #include "database_check.h"
+#include "option_value.h"
 #include "output.h"
 #include "subcommand.h"
 
@@ -153,7 +154,8 @@ void addCheckDatabaseCommand(CLI::App& program, Work& chosen) {
                 .add_option("folder,--database", options.folder,
                             "A database, or a folder of databases; else the variable "
                             "LANECFG_DATA, else the bundled ones")
-                ->type_name("DIR");
+                ->type_name("DIR")
+                ->check(emptyValueFault);
             CLI::Option* const family =
                 command
                     .add_option("--family", options.family,

@@ -1,7 +1,9 @@
 #include "configured_instance.h"
 
 #include "errors.h"
+#include "request_dictionaries.h"
 #include "standard_output_guard.h"
+#include "user_parameter_fault.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
@@ -42,13 +44,17 @@ bool isNameKnown(const RuleSet& rules) {
                            : lane_cfg_ip_mgr::m_instances.count(instanceName) != 0;
 }
 
-[[noreturn]] void throwNoInstance(const Request& request) {
+[[noreturn]] void throwNoInstance(const Request& request, const Database& database) {
     const RuleSet& rules = *request.rules;
     if (isNameKnown(rules)) {
         throw RequestError("Request " + request.file + ": the " + rules.selector + " rules of " +
                            rules.family +
                            " are not part of this build. lanecfg families lists "
                            "those that are.");
+    }
+    const std::string fault = userParameterFault(request, database.parametersFile());
+    if (!fault.empty()) {
+        throw RequestError("Request " + request.file + " can't be loaded: " + fault);
     }
     throw RequestError("Request " + request.file +
                        " can't be loaded; the messages before this "
@@ -71,11 +77,18 @@ void warnOfMissingPart(const Request& request, Console& console) {
     }
 }
 
+void warnOfDoubts(const Request& request, Console& console) {
+    for (const std::string& doubt : doubtsOf(request.dictionaries.userParams)) {
+        console.warning("Request " + request.file + ": " + doubt);
+    }
+}
+
 }  // namespace
 
 ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& database,
                                        Console& console)
     : request_(request), console_(console) {
+    warnOfDoubts(request, console);
     warnOfMissingPart(request, console);
     console.progress(descriptionOf(request));
     try {
@@ -86,7 +99,7 @@ ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& d
     }
     engine_ = madeEngine(*request.rules);
     if (engine_ == nullptr) {
-        throwNoInstance(request);
+        throwNoInstance(request, database);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "database.h"
 
 #include "errors.h"
+#include "option_value.h"
 
 #include <CLI/CLI.hpp>
 
@@ -34,7 +35,8 @@ CLI::Option* addDatabaseOption(CLI::App& command, std::string& folder) {
                     "Use this database in place of the bundled one: a folder with device.json, "
                     "parameters.json and registers.json, or with one such folder for each family. "
                     "The variable LANECFG_DATA does the same")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(emptyValueFault);
 }
 
 DatabaseRoot chooseDatabaseRoot(const std::string& option) {
@@ -45,7 +47,7 @@ DatabaseRoot chooseDatabaseRoot(const std::string& option) {
     if (variable != nullptr && *variable != '\0') {
         return {variable, std::string("named by the variable ") + environmentVariable};
     }
-    return {bundledFolder(), "the bundled one"};
+    return {bundledFolder(), "bundled with the program"};
 }
 
 bool holdsDatabase(const fs::path& folder) {

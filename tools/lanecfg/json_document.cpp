@@ -9,7 +9,9 @@
 
 #include <cstddef>
 #include <exception>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace sable_lanecfg::tool {
@@ -23,8 +25,8 @@ constexpr std::size_t mostValues = 1'000'000;
 /// A syntax error quotes what was read, which can be all of a large file.
 constexpr std::size_t longestQuote = 200;
 
-/// Builds the document from the parser's events. Lists that are not wanted whole are passed over
-/// with everything in them, but count for both limits, at which it throws.
+/// Builds the document from the parser's events. The elements of lists that are not wanted whole
+/// are passed over with everything in them, but count for both limits, at which it throws.
 class DocumentBuilder : public nlohmann::json_sax<nlohmann::json> {
   public:
     explicit DocumentBuilder(Lists lists) : lists_(lists) {}
@@ -84,8 +86,17 @@ class DocumentBuilder : public nlohmann::json_sax<nlohmann::json> {
         count();
         if (isKept()) {
             place(std::move(value));
+        } else {
+            markElements();
         }
         return true;
+    }
+
+    /// Leaves in the list that is passed over that it has elements.
+    void markElements() {
+        if (open_.back()->empty()) {
+            open_.back()->push_back(nullptr);
+        }
     }
 
     nlohmann::json& place(nlohmann::json value) {
@@ -110,6 +121,7 @@ class DocumentBuilder : public nlohmann::json_sax<nlohmann::json> {
             open_.push_back(&place(std::move(container)));
             path_.emplace_back();
         } else {
+            markElements();
             ++passedOver_;
         }
         return true;
@@ -144,7 +156,10 @@ JsonDocument readJsonDocument(const std::string& file, Lists lists) {
         nlohmann::json::sax_parse(stream, &builder);
         return builder.take();
     } catch (const std::exception& error) {
-        throw RequestError("Error in parsing the file " + file + ". Reason: " + error.what() + ".");
+        std::error_code ignored;
+        const bool isThere = std::filesystem::exists(file, ignored);
+        throw RequestError("Error in parsing the file " + file + ". Reason: " + error.what() + "." +
+                           (isThere ? "" : " Check the path."));
     }
 }
 

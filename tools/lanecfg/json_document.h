@@ -15,12 +15,13 @@ struct JsonDocument {
 };
 
 /// What to keep of the lists in a document.
-enum class Lists { whole, emptied };
+enum class Lists { whole, abridged };
 
-/// Reads a JSON file, stored plain, gzipped or zlib packed. `Lists::emptied` keeps of each list
-/// only that it is there, so that a large one costs no memory. Throws RequestError, naming the file
-/// and the place of the fault, when the file can't be read, is not JSON, is nested deeper than 256
-/// levels or holds more than a million values.
+/// Reads a JSON file, stored plain, gzipped or zlib packed. `Lists::abridged` keeps of each
+/// list only a null in place of all its elements, so that a large one costs no memory but is still
+/// told from an empty one. Throws RequestError, naming the file and the place of the fault, when
+/// the file can't be read, is not JSON, is nested deeper than 256 levels or holds more than a
+/// million values.
 JsonDocument readJsonDocument(const std::string& file, Lists lists);
 
 }  // namespace sable_lanecfg::tool

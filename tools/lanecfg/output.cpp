@@ -1,6 +1,7 @@
 #include "output.h"
 
 #include "errors.h"
+#include "option_value.h"
 #include "output_file.h"
 
 #include <CLI/CLI.hpp>
@@ -47,7 +48,8 @@ void addOutputOptions(CLI::App& command, OutputOptions& options) {
     command
         .add_option("-o,--output", options.file,
                     "Write the answer to this file, whole or not at all")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(emptyValueFault);
 }
 
 void writeAnswer(const Answer& answer, const OutputOptions& options) {

@@ -15,6 +15,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// As many links behind one another as the system itself follows.
+constexpr int mostLinks = 40;
+
 [[noreturn]] void throwCannotWrite(const fs::path& file) {
     const std::string reason = std::generic_category().message(errno);
     throw RequestError("Cannot write the file " + file.string() + ": " + reason +
@@ -96,7 +99,8 @@ class TemporaryFile {
 };
 
 void replaceFile(const fs::path& file, const std::string& content) {
-    std::string pattern = file.string() + ".XXXXXX";
+    // A name of its own: the file's could leave no room for an addition.
+    std::string pattern = (file.parent_path() / ".lanecfg-XXXXXX").string();
     const Descriptor target(mkostemp(pattern.data(), O_CLOEXEC));
     if (!target.isOpen()) {
         throwCannotWrite(file);
@@ -110,17 +114,29 @@ void replaceFile(const fs::path& file, const std::string& content) {
     }
 }
 
+/// The file that links lead to, whether it exists or not.
+fs::path behindLinks(const fs::path& file) {
+    fs::path target = file;
+    std::error_code unreadable;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(target, unreadable)); ++links) {
+        if (links == mostLinks) {
+            errno = ELOOP;
+            throwCannotWrite(file);
+        }
+        target = target.parent_path() / fs::read_symlink(target, unreadable);
+    }
+    return target;
+}
+
 }  // namespace
 
 void writeWholeFile(const fs::path& file, const std::string& content) {
-    std::error_code isNew;
-    const fs::path target = fs::canonical(file, isNew);
-    if (isNew) {
-        replaceFile(file, content);
-    } else if (fs::is_regular_file(target)) {
-        replaceFile(target, content);
+    std::error_code missing;
+    const fs::file_status status = fs::status(file, missing);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        writeInPlace(file, content);
     } else {
-        writeInPlace(target, content);
+        replaceFile(behindLinks(file), content);
     }
 }
 

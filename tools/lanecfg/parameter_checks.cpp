@@ -48,12 +48,18 @@ constexpr std::array<ParameterType, 5> parameterTypes = {{
     {"double", "a number", isWhollyNumber<double>},
 }};
 
-void checkDefault(const std::string& name, const std::string& type, const std::string& defaultValue,
-                  FindingList& findings) {
+/// Null for an unknown type.
+const ParameterType* findType(const std::string& word) {
     const auto* const found =
         std::find_if(parameterTypes.begin(), parameterTypes.end(),
-                     [&type](const ParameterType& row) { return type == row.word; });
-    if (found == parameterTypes.end()) {
+                     [&word](const ParameterType& row) { return word == row.word; });
+    return found == parameterTypes.end() ? nullptr : found;
+}
+
+void checkDefault(const std::string& name, const std::string& type, const std::string& defaultValue,
+                  FindingList& findings) {
+    const ParameterType* const found = findType(type);
+    if (found == nullptr) {
         findings.error(name, "The type \"" + type +
                                  "\" is unknown; known are string, int, bool, "
                                  "float and double.");
@@ -87,6 +93,11 @@ std::size_t checkParameters(const nlohmann::json& root, FindingList& findings) {
         checkParameter(name, record, findings);
     }
     return root.size();
+}
+
+std::string parameterTypeMeaning(const std::string& type) {
+    const ParameterType* const found = findType(type);
+    return found == nullptr ? std::string() : found->meaning;
 }
 
 }  // namespace sable_lanecfg::tool

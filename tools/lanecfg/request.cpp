@@ -8,11 +8,52 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 
 namespace sable_lanecfg::tool {
 namespace {
 
 constexpr const char* defaultSelector = "live";
+
+/// Keys of the root that the program or the library reads in the file form.
+constexpr std::array<const char*, 7> rootKeys = {
+    "family", "selector", "part", "description", "laneUsage", "quadUsage", "userParams"};
+
+/// In the dictionary form every key stands once. In the file form repeated keys below the root are
+/// one of the ways to write quads.
+void refuseRepeatedKeys(const std::string& file, const JsonDocument& document,
+                        bool isDictionaryForm) {
+    for (const std::string& key : document.repeatedKeys) {
+        const bool isRootKey = std::find(rootKeys.begin(), rootKeys.end(), key) != rootKeys.end();
+        if (isDictionaryForm || isRootKey) {
+            throw RequestError("Request " + file + ": the key \"" + key +
+                               "\" stands more than once. Remove all but one.");
+        }
+    }
+}
+
+[[noreturn]] void throwWrongShape(const std::string& file, const char* key,
+                                  const std::string& wanted) {
+    throw RequestError("Request " + file + ": the key \"" + key + "\" must be " + wanted + ".");
+}
+
+/// The library takes what is no list for an empty one, and would answer without a word.
+void requireShapesOfFileForm(const std::string& file, const nlohmann::json& root) {
+    const auto laneUsage = root.find("laneUsage");
+    if (laneUsage == root.end() || !laneUsage->is_array()) {
+        throwWrongShape(file, "laneUsage",
+                        "a list in the file form, or an object in the dictionary form");
+    }
+    const auto userParams = root.find("userParams");
+    if (userParams == root.end() || !userParams->is_array() || userParams->empty()) {
+        throwWrongShape(file, "userParams",
+                        "a list with an element for each direction in the file form");
+    }
+    const auto quadUsage = root.find("quadUsage");
+    if (quadUsage != root.end() && !quadUsage->is_object()) {
+        throwWrongShape(file, "quadUsage", "an object");
+    }
+}
 
 /// A root key of the program's own, empty when it is not there.
 std::string rootText(const std::string& file, const nlohmann::json& root, const char* key) {
@@ -77,13 +118,16 @@ void addRequestOptions(CLI::App& command, RequestOptions& options) {
 
 Request readRequest(const RequestOptions& options) {
     // Lists are the file form's, which the library reads itself.
-    const JsonDocument document = readJsonDocument(options.file, Lists::emptied);
+    const JsonDocument document = readJsonDocument(options.file, Lists::abridged);
     const nlohmann::json& root = document.root;
     if (!root.is_object()) {
         throw RequestError("Error in parsing the file " + options.file +
                            ". A request is a JSON object with the keys \"laneUsage\" and "
                            "\"userParams\".");
     }
+    const auto laneUsage = root.find("laneUsage");
+    const bool isDictionaryForm = laneUsage != root.end() && laneUsage->is_object();
+    refuseRepeatedKeys(options.file, document, isDictionaryForm);
     const std::string ownSelector = rootText(options.file, root, "selector");
     Request request;
     request.file = options.file;
@@ -92,16 +136,18 @@ Request readRequest(const RequestOptions& options) {
                  firstGiven(options.selector, firstGiven(ownSelector, defaultSelector)));
     request.description = rootText(options.file, root, "description");
     request.part = firstGiven(options.part, rootText(options.file, root, "part"));
-    const auto laneUsage = root.find("laneUsage");
-    request.isDictionaryForm = laneUsage != root.end() && laneUsage->is_object();
-    if (request.isDictionaryForm) {
-        request.dictionaries = readDictionaries(options.file, document);
-    } else if (!request.part.empty()) {
+    request.isDictionaryForm = isDictionaryForm;
+    if (isDictionaryForm) {
+        request.dictionaries = readDictionaries(options.file, root);
+        return request;
+    }
+    if (!request.part.empty()) {
         throw UsageError("Request " + options.file +
                          " has the file form (\"laneUsage\" is no "
                          "object), which takes no part name. Leave out --part and the key "
                          "\"part\", or write the request in the dictionary form.");
     }
+    requireShapesOfFileForm(options.file, root);
     return request;
 }
 

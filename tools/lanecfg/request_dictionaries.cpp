@@ -2,6 +2,7 @@
 
 #include "errors.h"
 
+#include <cstddef>
 #include <map>
 
 namespace sable_lanecfg::tool {
@@ -49,24 +50,69 @@ void takeRootKey(const std::string& file, const nlohmann::json& root, const std:
     }
 }
 
+void refuseUnknownSections(const std::string& file, const userParamMap& userParams) {
+    for (const auto& [section, lanes] : userParams) {
+        if (section != "TX_SETTINGS" && section != "RX_SETTINGS") {
+            throw RequestError("Request " + file + ": the key \"userParams." + section +
+                               "\" is unknown. The sections of the dictionary form are "
+                               "\"TX_SETTINGS\" and \"RX_SETTINGS\".");
+        }
+    }
+}
+
+bool namesLane(const std::string& key) {
+    return key.find_first_of("0123") != std::string::npos;
+}
+
+/// The first of the numbered rate keys that is not there, empty when there are all.
+std::string firstMissingRate(const std::map<std::string, textMap>& rates) {
+    for (std::size_t rate = 0; rate < rates.size(); ++rate) {
+        std::string key = "LR" + std::to_string(rate) + "_SETTINGS";
+        if (rates.count(key) == 0) {
+            return key;
+        }
+    }
+    return {};
+}
+
 }  // namespace
 
-RequestDictionaries readDictionaries(const std::string& file, const JsonDocument& document) {
-    if (!document.repeatedKeys.empty()) {
-        throw RequestError("Request " + file + ": the key \"" + document.repeatedKeys.front() +
-                           "\" stands more than once. Remove all but one.");
-    }
+RequestDictionaries readDictionaries(const std::string& file, const nlohmann::json& root) {
     RequestDictionaries result;
-    takeRootKey(file, document.root, "options", result.options);
-    takeRootKey(file, document.root, "laneUsage", result.laneUsage);
-    takeRootKey(file, document.root, "quadUsage", result.quadUsage);
-    takeRootKey(file, document.root, "userParams", result.userParams);
+    takeRootKey(file, root, "options", result.options);
+    takeRootKey(file, root, "laneUsage", result.laneUsage);
+    takeRootKey(file, root, "quadUsage", result.quadUsage);
+    takeRootKey(file, root, "userParams", result.userParams);
     if (result.userParams.empty()) {
         throw RequestError("Request " + file +
                            ": the key \"userParams\" must hold the sections "
                            "\"TX_SETTINGS\" and \"RX_SETTINGS\" in the dictionary form.");
     }
+    refuseUnknownSections(file, result.userParams);
     return result;
+}
+
+std::vector<std::string> doubtsOf(const userParamMap& userParams) {
+    std::vector<std::string> doubts;
+    for (const auto& [section, lanes] : userParams) {
+        for (const auto& [lane, rates] : lanes) {
+            const std::string key = "The key \"userParams." + section + "." + lane + "\" ";
+            if (!namesLane(lane)) {
+                doubts.push_back(key +
+                                 "names no lane, 0 to 3: with a part of the family tessera no lane "
+                                 "takes its parameters, else the order of the keys decides.");
+            }
+            const std::string missing = firstMissingRate(rates);
+            if (!missing.empty()) {
+                doubts.push_back(key + "holds " + std::to_string(rates.size()) +
+                                 " rates, but no \"" + missing +
+                                 "\". Rates are numbered from LR0_SETTINGS on without gaps; the "
+                                 "missing one runs without parameters, and those beyond the count "
+                                 "are not read.");
+            }
+        }
+    }
+    return doubts;
 }
 
 }  // namespace sable_lanecfg::tool

@@ -1,15 +1,21 @@
 #pragma once
 
-#include "json_document.h"
 #include "request.h"
 
+#include <nlohmann/json.hpp>
+
 #include <string>
+#include <vector>
 
 namespace sable_lanecfg::tool {
 
-/// Takes the dictionaries of a request in the dictionary form. A number or flag counts as its
-/// text. Throws RequestError, naming the file and the key, when a value has another shape, a key
-/// stands twice, or there are no user parameters.
-RequestDictionaries readDictionaries(const std::string& file, const JsonDocument& document);
+/// Takes the dictionaries of a request in the dictionary form from its root. A number or flag
+/// counts as its text. Throws RequestError, naming the file and the key, when a value has another
+/// shape, there are no user parameters, or they have a section besides TX_SETTINGS and RX_SETTINGS.
+RequestDictionaries readDictionaries(const std::string& file, const nlohmann::json& root);
+
+/// What is taken but probably not meant so: lane keys that name no lane, and rates whose numbers
+/// have gaps. A sentence or two for each, with the key.
+std::vector<std::string> doubtsOf(const userParamMap& userParams);
 
 }  // namespace sable_lanecfg::tool
