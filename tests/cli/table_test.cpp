@@ -95,6 +95,15 @@ TEST(JsonRows, NameEachValueByItsColumn) {
 )");
 }
 
+TEST(JsonText, GivenAnIndentHasALineForEachMember) {
+    EXPECT_EQ(jsonText(Json({{"a", 1}}), 3), "{\n   \"a\": 1\n}");
+    EXPECT_EQ(jsonText(Json({{"a", 1}})), "{\"a\":1}");
+}
+
+TEST(JsonText, GivenAnIndentReplacesBytesThatAreNoText) {
+    EXPECT_EQ(jsonText(Json("a\xff"), 2), "\"a\xef\xbf\xbd\"");
+}
+
 TEST(JsonRows, AreAnEmptyListWithoutRows) {
     Table table = lanes();
     table.rows.clear();

@@ -11,7 +11,7 @@
 namespace sable_lanecfg::tool {
 namespace {
 
-constexpr int jsonIndent = 2;
+constexpr unsigned jsonIndent = 2;
 
 std::string textForm(const Answer& answer) {
     std::string result;
@@ -26,10 +26,7 @@ std::string textForm(const Answer& answer) {
 }
 
 std::string jsonForm(const Answer& answer) {
-    return answer.document
-               ? answer.document->dump(jsonIndent, ' ', false, Json::error_handler_t::replace) +
-                     '\n'
-               : jsonText(answer.table);
+    return answer.document ? jsonText(*answer.document, jsonIndent) + '\n' : jsonText(answer.table);
 }
 
 std::string rendered(const Answer& answer, const std::string& format) {

@@ -153,8 +153,9 @@ std::string jsonText(const Table& table) {
     return result + (table.rows.empty() ? "]\n" : "\n]\n");
 }
 
-std::string jsonText(const Json& document) {
-    return document.dump(-1, ' ', false, Json::error_handler_t::replace);
+std::string jsonText(const Json& document, std::optional<unsigned> indent) {
+    const int width = indent ? static_cast<int>(*indent) : -1;  // -1 is one line
+    return document.dump(width, ' ', false, Json::error_handler_t::replace);
 }
 
 }  // namespace sable_lanecfg::tool

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,8 @@ std::string alignedText(const Table& table);
 std::string csvText(const Table& table);
 /// JSON list with a line for each row, an object with the column names as keys.
 std::string jsonText(const Table& table);
-/// JSON on one line; bytes that are no UTF-8 are replaced.
-std::string jsonText(const Json& document);
+/// JSON on one line, or, given an indent, with each level on lines of its own behind as many blanks
+/// more; bytes that are no UTF-8 are replaced.
+std::string jsonText(const Json& document, std::optional<unsigned> indent = std::nullopt);
 
 }  // namespace sable_lanecfg::tool
