@@ -96,7 +96,14 @@ TEST_F(UserParameterFault, IsAnUnknownNameOfTheDictionaryForm) {
 }
 
 TEST_F(UserParameterFault, IsNoneBehindALevelOfAnotherShape) {
-    EXPECT_EQ(faultOf("[1, [2], [[3]], [[[4]]]]"), "");
+    EXPECT_EQ(faultOf("[1, [2], [[3]], [[[]]]]"), "");
+}
+
+TEST_F(UserParameterFault, IsAListInPlaceOfTheParameters) {
+    EXPECT_EQ(
+        faultOf("[[[[4]]]]"),
+        "in direction 0 (transmit), lane 0, rate 0 the parameters must be an object from names "
+        "to values, and are a list.");
 }
 
 TEST_F(UserParameterFault, IsNotLookedForWithoutATypesFile) {

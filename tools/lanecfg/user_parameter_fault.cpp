@@ -76,7 +76,7 @@ class ParameterLook {
                     const std::string fault = faultAmong(parameters);
                     if (!fault.empty()) {
                         return "in direction " + directionWords(direction) + ", lane " + lane +
-                               ", rate " + rate + " the parameter " + fault;
+                               ", rate " + rate + " the " + fault;
                     }
                 }
             }
@@ -86,14 +86,19 @@ class ParameterLook {
 
   private:
     std::string faultAmong(const json& parameters) const {
+        if (parameters.is_array() && !parameters.empty()) {
+            return "parameters must be an object from names to values, and are a list.";
+        }
         for (const auto& [name, value] : members(parameters)) {
             const std::string type = typeOf(name);
             const std::string meaning = parameterTypeMeaning(type);
             if (meaning.empty()) {
-                return "\"" + name + "\" is not declared with a known type in " + typesFile_ + ".";
+                return "parameter \"" + name + "\" is not declared with a known type in " +
+                       typesFile_ + ".";
             }
             if (hasTypedValues_ && !converts(value, type)) {
-                return "\"" + name + "\" must be " + meaning + ", and is " + shown(value) + ".";
+                return "parameter \"" + name + "\" must be " + meaning + ", and is " +
+                       shown(value) + ".";
             }
         }
         return {};
