@@ -195,6 +195,19 @@ INSTANTIATE_TEST_SUITE_P(
                [](auto& request) { request["userParams"][1][2][0]["RX_LINE_RATE"] = nullptr; }, 1,
                "can't be loaded: in direction 1 (receive), lane 2, rate 0 the parameter "
                "\"RX_LINE_RATE\" must be a number, and is null."},
+        BadKey{"ListForAText", "sxa_basic",
+               [](auto& request) {
+                   request["userParams"][0][1][0]["TX_DATA_ENCODING"] = {"RAW"};
+               },
+               1,
+               "request.json: in direction 0 (transmit), lane 1, rate 0 the parameter "
+               "\"TX_DATA_ENCODING\" must be a text, and is a list."},
+        BadKey{"NegativeWholeNumber", "sxa_basic",
+               [](auto& request) { request["userParams"][0][1][0]["TX_USER_DATA_WIDTH"] = -1; }, 1,
+               "\"TX_USER_DATA_WIDTH\" must be a whole number from 0 to 4294967295, and is -1."},
+        BadKey{"LanesOfOneNumber", "sxa_basic",
+               [](auto& request) { request["laneUsage"][0]["tx"] = 0; }, 1,
+               "request.json: the key \"laneUsage[0].tx\" must be a list, and is 0."},
         BadKey{"UnknownParameterOfTheDictionaryForm", "sxa_dictionary",
                [](auto& request) {
                    request["userParams"]["RX_SETTINGS"]["CH1"]["LR0_SETTINGS"]["NO_SUCH"] = "1";
@@ -252,6 +265,17 @@ TEST_F(CommandLine, WarnsOfLaneKeysThatNameNoLaneAndAnswers) {
     EXPECT_THAT(result.errors,
                 HasSubstr("WARNING: Request " + directory.file("request.json") +
                           ": The key \"userParams.TX_SETTINGS.main\" names no lane"));
+}
+
+TEST_F(CommandLine, WarnsOfTextsOfTheDictionaryFormThatDoNotConvertAndAnswers) {
+    nlohmann::json request = bundledRequest("sxa_dictionary");
+    request["userParams"]["TX_SETTINGS"]["CH0"]["LR0_SETTINGS"]["TX_REFCLK_FREQUENCY"] = "fast";
+    const ProgramResult result = runOn(request, "attributes");
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.errors,
+                HasSubstr("WARNING: Request " + directory.file("request.json") +
+                          ": in direction TX_SETTINGS, lane CH0, rate LR0_SETTINGS the parameter "
+                          "\"TX_REFCLK_FREQUENCY\" must be a number, and is \"fast\"."));
 }
 
 TEST_F(CommandLine, DoesNotWarnOfAGoodDictionaryForm) {

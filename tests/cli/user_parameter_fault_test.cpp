@@ -19,12 +19,17 @@ class UserParameterFault : public testing::Test {
         typesFile_ = directory_.write("parameters.json", types.dump());
     }
 
-    /// What is found in user parameters of this text.
-    std::string faultOf(const std::string& userParams, bool isDictionaryForm = false) const {
+    /// A request with user parameters of this text.
+    Request requestOf(const std::string& userParams, bool isDictionaryForm = false) const {
         Request request;
         request.file = directory_.write("request.json", "{\"userParams\": " + userParams + "}");
         request.isDictionaryForm = isDictionaryForm;
-        return userParameterFault(request, typesFile_);
+        return request;
+    }
+
+    /// What is found in user parameters of this text.
+    std::string faultOf(const std::string& userParams, bool isDictionaryForm = false) const {
+        return userParameterFault(requestOf(userParams, isDictionaryForm), typesFile_);
     }
 
     std::string faultOfValue(const std::string& name, const std::string& value) const {
@@ -111,6 +116,99 @@ TEST_F(UserParameterFault, IsNotLookedForWithoutATypesFile) {
     request.file = directory_.write("request.json", R"({"userParams": [[[{"NO_SUCH": 1}]]]})");
     EXPECT_EQ(userParameterFault(request, directory_.file("missing.json")), "");
     EXPECT_EQ(userParameterFault(request, directory_.write("list.json", "[]")), "");
+}
+
+/// What the library would take without a word.
+class MisreadValue : public UserParameterFault {
+  protected:
+    std::string misreadIn(const std::string& userParams, bool isDictionaryForm = false) const {
+        return misreadValue(requestOf(userParams, isDictionaryForm), typesFile_);
+    }
+    std::string misreadOf(const std::string& name, const std::string& value) const {
+        return misreadIn("[[[{\"" + name + "\": " + value + "}]]]");
+    }
+    std::string misreadInDictionary(const std::string& name, const std::string& text) const {
+        return misreadIn(
+            R"({"RX_SETTINGS": {"CH2": {"LR0_SETTINGS": {")" + name + R"(": ")" + text + "\"}}}}",
+            true);
+    }
+};
+
+TEST_F(MisreadValue, IsNoneInAGoodRequest) {
+    EXPECT_EQ(misreadIn(R"([[[{"A_string": "-1", "A_int": 7, "A_bool": true, "A_float": -0.5,
+        "A_double": "-10.3125"}], [], [{}]], [[{"A_int": "4294967295", "A_string": 7}]]])"),
+              "");
+}
+
+TEST_F(MisreadValue, IsAListAnObjectOrANullForAText) {
+    const std::string start =
+        "in direction 0 (transmit), lane 0, rate 0 the parameter \"A_string\" must be a text, and "
+        "is ";
+    EXPECT_EQ(misreadOf("A_string", "[\"RAW\"]"), start + "a list.");
+    EXPECT_EQ(misreadOf("A_string", "[]"), start + "a list.");
+    EXPECT_EQ(misreadOf("A_string", "{\"a\": \"RAW\"}"), start + "an object.");
+    EXPECT_EQ(misreadOf("A_string", "null"), start + "null.");
+}
+
+TEST_F(MisreadValue, IsANegativeNumberForAWholeNumber) {
+    const std::string start =
+        "in direction 0 (transmit), lane 0, rate 0 the parameter \"A_int\" must be a whole number "
+        "from 0 to 4294967295, and is ";
+    EXPECT_EQ(misreadOf("A_int", "-1"), start + "-1.");
+    EXPECT_EQ(misreadOf("A_int", "\"-1\""), start + "\"-1\".");
+}
+
+TEST_F(MisreadValue, IsNotWhatTheLibraryTellsItself) {
+    EXPECT_EQ(misreadOf("A_int", "\"x\""), "");
+    EXPECT_EQ(misreadOf("A_double", "[1]"), "");
+    EXPECT_EQ(misreadOf("NO_SUCH", "[1]"), "");
+}
+
+TEST_F(MisreadValue, IsNamedBehindANameThatIsNotDeclared) {
+    EXPECT_THAT(misreadIn(R"([[[{"A_NAME": 1, "A_string": []}]]])"),
+                testing::HasSubstr("\"A_string\" must be a text"));
+}
+
+TEST_F(MisreadValue, IsALevelThatIsNoList) {
+    EXPECT_EQ(misreadIn("[[], 7]"),
+              "in direction 1 (receive) the lanes must be a list, and are 7.");
+    EXPECT_EQ(misreadIn("[{\"a\": []}]"),
+              "in direction 0 (transmit) the lanes must be a list, and are an object.");
+    EXPECT_EQ(misreadIn("[[[], null]]"),
+              "in direction 0 (transmit), lane 1 the rates must be a list, and are null.");
+    EXPECT_EQ(misreadIn("[[[], {\"A_int\": 1}]]"),
+              "in direction 0 (transmit), lane 1 the rates must be a list, and are an object.");
+    EXPECT_EQ(misreadIn("[[[{}, \"x\"]]]"),
+              "in direction 0 (transmit), lane 0, rate 1 the parameters must be an object from "
+              "names to values, and are \"x\".");
+}
+
+TEST_F(MisreadValue, IsNoEmptyTextInPlaceOfAnEmptyList) {
+    EXPECT_EQ(misreadIn(R"(["", ["", {}, [""], [[]]]])"), "");
+}
+
+TEST_F(MisreadValue, IsATextOfTheDictionaryFormThatIsNotWhollyOfItsType) {
+    const std::string start =
+        "in direction RX_SETTINGS, lane CH2, rate LR0_SETTINGS the parameter ";
+    EXPECT_EQ(misreadInDictionary("A_double", "12.5x"),
+              start + "\"A_double\" must be a number, and is \"12.5x\".");
+    EXPECT_EQ(misreadInDictionary("A_int", "-1"),
+              start + "\"A_int\" must be a whole number from 0 to 4294967295, and is \"-1\".");
+    EXPECT_EQ(misreadInDictionary("A_bool", "yes"),
+              start + "\"A_bool\" must be 0, 1, true or false, and is \"yes\".");
+}
+
+TEST_F(MisreadValue, IsNoTextOfTheDictionaryFormThatIsWhollyOfItsType) {
+    EXPECT_EQ(misreadInDictionary("A_double", "-12.5"), "");
+    EXPECT_EQ(misreadInDictionary("A_int", "12"), "");
+    EXPECT_EQ(misreadInDictionary("A_bool", "TRUE"), "");
+    EXPECT_EQ(misreadInDictionary("A_string", ""), "");
+    EXPECT_EQ(misreadInDictionary("NO_SUCH", "x"), "");
+}
+
+TEST_F(MisreadValue, IsNotLookedForWithoutATypesFile) {
+    EXPECT_EQ(misreadValue(requestOf(R"([[[{"A_string": []}]]])"), directory_.file("missing.json")),
+              "");
 }
 
 }  // namespace

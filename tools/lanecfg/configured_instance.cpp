@@ -62,6 +62,20 @@ bool isNameKnown(const RuleSet& rules) {
                        "parameters.json, with values of their types.");
 }
 
+/// The library would answer something else than what was asked for.
+void tellOfMisreadValue(const Request& request, const Database& database, Console& console) {
+    const std::string fault = misreadValue(request, database.parametersFile());
+    if (fault.empty()) {
+        return;
+    }
+    const std::string text = "Request " + request.file + ": " + fault;
+    if (!request.isDictionaryForm) {
+        throw RequestError(text);
+    }
+    // Hosts hand over any text, and the library goes on with what it can read of it.
+    console.warning(text + " What can't be read of a value counts as 0 or false.");
+}
+
 std::string descriptionOf(const Request& request) {
     const std::string text = "Running the " + request.rules->selector + " rules of " +
                              request.rules->family + " on " + request.file;
@@ -88,6 +102,7 @@ void warnOfDoubts(const Request& request, Console& console) {
 ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& database,
                                        Console& console)
     : request_(request), console_(console) {
+    tellOfMisreadValue(request, database, console);
     warnOfDoubts(request, console);
     warnOfMissingPart(request, console);
     console.progress(descriptionOf(request));

@@ -100,4 +100,9 @@ std::string parameterTypeMeaning(const std::string& type) {
     return found == nullptr ? std::string() : found->meaning;
 }
 
+bool isParameterValue(const std::string& type, const std::string& text) {
+    const ParameterType* const found = findType(type);
+    return found == nullptr || found->takes(text);
+}
+
 }  // namespace sable_lanecfg::tool
