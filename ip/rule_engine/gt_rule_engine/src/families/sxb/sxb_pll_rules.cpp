@@ -1,0 +1,38 @@
+#include "families/sxb/sxb_pll_rules.h"
+
+#include "families/sxb/sxb_pll_catalogue.h"
+
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+
+namespace {
+
+/// Feedback divider of a PLL that was never solved; its field reads 78, as that of an idle slot.
+constexpr unsigned int idleFeedbackDivider = 80;
+
+void enterIfUnset(gt_rule_engine& engine, const std::string& name, const ruleValue& value) {
+    const variable* const known = engine.findVariable(name);
+    if (known == nullptr || known->second.value.which() == 0) {
+        engine.setVal(name, value);
+    }
+}
+
+}  // namespace
+
+void enterSxbPllStartValues(gt_rule_engine& engine) {
+    for (const std::string pll : {"LCPLL", "RPLL"}) {
+        for (const std::string side : {"TX_", "RX_"}) {
+            enterIfUnset(engine, side + pll + "_PLLCLKOUT_FREQ_VECTOR", std::vector<double>());
+        }
+        enterIfUnset(engine, "INT_" + pll + "_REF_DIV", 1U);
+        enterIfUnset(engine, "INT_" + pll + "_FBDIV", idleFeedbackDivider);
+        enterIfUnset(engine, "INT_" + pll + "_PLLCLKOUT", 0.0);
+        enterIfUnset(engine, "INT_" + pll + "_SDMDATA", 0U);
+    }
+    enterIfUnset(engine, "INT_LCPLLCLKOUTRATE", std::string("FULL"));
+    enterIfUnset(engine, "INT_DOUBLER_EN", 0U);
+}
+
+}  // namespace sable_lanecfg

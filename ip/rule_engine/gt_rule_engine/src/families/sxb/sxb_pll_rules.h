@@ -1,0 +1,20 @@
+#pragma once
+
+#include "families/common/catalogue_rules.h"
+
+#include <lanecfg/gt_rule_engine.h>
+
+namespace sable_lanecfg {
+
+/// The rules beside the PLL catalogue. Families that differ in a few rules edit the result. The
+/// LCPLL solver reads the engine's settings.
+logicRules sxbPllLogicRules(const gt_rule_engine& engine);
+
+/// Enters what an idle PLL holds before the first pass, where a variable is absent or blank: no
+/// candidate clocks, and solver results that stay until a pass solves the PLL.
+void enterSxbPllStartValues(gt_rule_engine& engine);
+
+/// Enters the start values and registers the whole PLL set, 898 rules.
+void registerSxbPllRules(gt_rule_engine& engine);
+
+}  // namespace sable_lanecfg
