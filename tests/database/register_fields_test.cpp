@@ -73,6 +73,16 @@ TEST_F(RegisterFields, KeepTheLastListOfARepeatedField) {
     EXPECT_THAT(loader_.m_fields.at("R").fields, ElementsAre(Pair("R.A", ElementsAre(3))));
 }
 
+TEST_F(RegisterFields, TakeTheFirstOfRepeatedKeysOfARegister) {
+    read(R"({"R": {"dstSubBlock": "channel", "Offset": "0x1c", "fields": {"R.A": [1, 2]},
+                   "dstSubBlock": "hs_clk", "Offset": "0x20", "fields": {"R.B": [3, 4]}}})");
+
+    const attributeInfo& info = loader_.m_fields.at("R");
+    EXPECT_EQ(info.dstSubBlock, "channel");
+    EXPECT_EQ(info.Offset, "0x1c");
+    EXPECT_THAT(info.fields, ElementsAre(Pair("R.A", ElementsAre(1, 2))));
+}
+
 TEST_F(RegisterFields, ResetARepeatedRegister) {
     read(R"({"R": {"dstSubBlock": "channel", "Offset": "0x0", "fields": {"R.A": [1, 2]}},
              "R": {"dstSubBlock": "control", "Offset": "0x4", "fields": {"R.B": [3, 4]}}})");

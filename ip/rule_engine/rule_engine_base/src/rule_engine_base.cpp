@@ -25,8 +25,7 @@ using dependencyGraph =
     boost::compressed_sparse_row_graph<boost::directedS, boost::no_property, boost::no_property,
                                        boost::no_property, vertex, vertex>;
 
-template <class T>
-std::string streamed(const T& number) {
+std::string streamed(double number) {
     std::ostringstream text;
     text << number;
     return text.str();
@@ -36,8 +35,10 @@ std::string streamed(const T& number) {
 struct valueText : boost::static_visitor<std::string> {
     std::string operator()(const boost::blank& /*undefined*/) const { return {}; }
     std::string operator()(const std::string& text) const { return text; }
-    std::string operator()(unsigned int number) const { return streamed(number); }
-    std::string operator()(bool flag) const { return streamed(flag); }
+    // Digits alone, as a stream of the classic locale gives them: most values are words, and no
+    // host's locale may group their digits.
+    std::string operator()(unsigned int number) const { return std::to_string(number); }
+    std::string operator()(bool flag) const { return flag ? "1" : "0"; }
     std::string operator()(float number) const { return streamed(static_cast<double>(number)); }
     std::string operator()(double number) const { return streamed(number); }
     std::string operator()(const std::vector<double>& /*list*/) const {
@@ -171,6 +172,10 @@ unsigned long rule_engine_base::addVertex(const std::string& name, varInfo info)
     return graph->enter(varMap, name, std::move(info)).index;
 }
 
+variable& rule_engine_base::enterVariable(const std::string& name) {
+    return *graph->enter(varMap, name, varInfo()).held;
+}
+
 void rule_engine_base::setVal(std::string name, ruleValue value) {
     if (variable* const known = findVariable(name)) {
         known->second.value = std::move(value);
@@ -215,9 +220,8 @@ std::string rule_engine_base::getValAsString(std::map<std::string, varInfo>& var
 }
 
 void rule_engine_base::rule(const std::vector<std::string>& inputs,
-                            const std::vector<std::string>& outputs, std::function<void()> body) {
+                            std::vector<std::string> outputs, std::function<void()> body) {
     const int number = static_cast<int>(graph->rules.size());
-    graph->rules.push_back(ruleInfo{std::move(body), false, outputs});
     for (const std::string& output : outputs) {
         const auto written = graph->enter(varMap, output, varInfo());
         written.held->second.ruleNumber = number;
@@ -230,6 +234,7 @@ void rule_engine_base::rule(const std::vector<std::string>& inputs,
             graph->enter(varMap, input, varInfo());
         }
     }
+    graph->rules.push_back(ruleInfo{std::move(body), false, std::move(outputs)});
 }
 
 void rule_engine_base::runRules() {

@@ -72,7 +72,7 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
     gt_rule_engine(const std::string& family, const std::vector<channelUsageInfo>& usage,
                    const std::map<std::string, paramTypeInfo>& paramTypes,
                    const userParamStore& userParams,
-                   const std::map<std::string, attributeInfo>& attributes,
+                   std::map<std::string, attributeInfo> attributes,
                    const std::map<std::string, std::vector<std::string>>& settings);
     gt_rule_engine(const gt_rule_engine&) = delete;
     gt_rule_engine& operator=(const gt_rule_engine&) = delete;

@@ -23,8 +23,7 @@ class LANECFG_EXPORT lane_cfg_instance : public gt_rule_engine_live {
                       const std::vector<channelUsageInfo>& usage,
                       const std::map<std::string, quadsUsageInfo*>& quads,
                       const std::map<std::string, paramTypeInfo>& types,
-                      const userParamStore& params,
-                      const std::map<std::string, attributeInfo>& registers,
+                      const userParamStore& params, std::map<std::string, attributeInfo> registers,
                       const std::map<std::string, std::vector<std::string>>& deviceData);
     virtual ~lane_cfg_instance();
 
@@ -59,7 +58,7 @@ class LANECFG_EXPORT lane_cfg_instance_iter_stable : public gt_rule_engine_iter_
         const std::vector<channelUsageInfo>& usage,
         const std::map<std::string, quadsUsageInfo*>& quads,
         const std::map<std::string, paramTypeInfo>& types, const userParamStore& params,
-        const std::map<std::string, attributeInfo>& registers,
+        std::map<std::string, attributeInfo> registers,
         const std::map<std::string, std::vector<std::string>>& deviceData);
     virtual ~lane_cfg_instance_iter_stable();
 

@@ -49,7 +49,7 @@ class LANECFG_EXPORT lane_cfg_ip_mgr {
         const std::vector<channelUsageInfo>& usage,
         const std::map<std::string, quadsUsageInfo*>& quads,
         const std::map<std::string, paramTypeInfo>& paramTypes, const userParamStore& userParams,
-        const std::map<std::string, attributeInfo>& attributes,
+        std::map<std::string, attributeInfo> attributes,
         const std::map<std::string, std::vector<std::string>>& settings);
     /// The same with the frozen rules, which "SXB" and "SXD4" alone may have.
     static lane_cfg_instance_iter_stable* createLaneCfgIterStableInstance(
@@ -57,7 +57,7 @@ class LANECFG_EXPORT lane_cfg_ip_mgr {
         const std::vector<channelUsageInfo>& usage,
         const std::map<std::string, quadsUsageInfo*>& quads,
         const std::map<std::string, paramTypeInfo>& paramTypes, const userParamStore& userParams,
-        const std::map<std::string, attributeInfo>& attributes,
+        std::map<std::string, attributeInfo> attributes,
         const std::map<std::string, std::vector<std::string>>& settings);
 
     /// Queries of a named instance, answered by its operation of the same name. An unknown name or

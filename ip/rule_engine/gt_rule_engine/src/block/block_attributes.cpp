@@ -51,7 +51,7 @@ std::map<std::string, std::string> gt_rule_engine::getAttribMap() {
                     continue;
                 }
                 result[attributeKey(name, attribute.dstSubBlock, static_cast<int>(channel))] =
-                    getValAsString(snapshot, name);
+                    textOf(held->second.value);
             }
         }
     }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace sable_lanecfg {
 
@@ -40,14 +41,14 @@ bool ratesMoveTogether(int channel, const std::vector<channelUsageInfo>& usage) 
 gt_rule_engine::gt_rule_engine(
     const std::string& familyWord, const std::vector<channelUsageInfo>& usage,
     const std::map<std::string, paramTypeInfo>& types, const userParamStore& params,
-    const std::map<std::string, attributeInfo>& registers,
+    std::map<std::string, attributeInfo> registers,
     const std::map<std::string, std::vector<std::string>>& deviceSettings)
     : family(familyWord),
       channelUsage(usage),
       userParams(params),
       paramTypes(types),
       settings(deviceSettings),
-      attributes(registers),
+      attributes(std::move(registers)),
       pllNames(block_tables::pllNames()),
       blockSpan(block_tables::blockSpan(familyWord)),
       blockOffsets(block_tables::blockOffsets()),

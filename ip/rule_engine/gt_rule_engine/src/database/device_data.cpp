@@ -29,7 +29,7 @@ std::vector<std::string> itemValues(const ptree& item) {
 
 void gt_db_load::fillDeviceData(const std::string& file, const std::string& speedGrade,
                                 const std::string& siliconRev) {
-    const ptree tree = readJsonFile(file);
+    const auto tree = readJsonFile<ptree>(file);
     try {
         for (const auto& [grade, items] : tree) {
             if (grade != speedGrade) {

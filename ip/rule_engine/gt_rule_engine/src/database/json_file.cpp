@@ -10,8 +10,9 @@
 
 namespace sable_lanecfg {
 
-boost::property_tree::ptree readJsonFile(const std::string& file) {
-    boost::property_tree::ptree tree;
+template <class Tree>
+Tree readJsonFile(const std::string& file) {
+    Tree tree;
     try {
         strmio::iostreams::filtering_stream<boost::iostreams::input> stream;
         stream.push(nesting_limit());
@@ -22,5 +23,8 @@ boost::property_tree::ptree readJsonFile(const std::string& file) {
     }
     return tree;
 }
+
+template boost::property_tree::ptree readJsonFile(const std::string& file);
+template json_value readJsonFile(const std::string& file);
 
 }  // namespace sable_lanecfg

@@ -8,7 +8,7 @@
 namespace sable_lanecfg {
 
 void gt_db_load::getUserParameterTypes(const std::string& file) {
-    const boost::property_tree::ptree tree = readJsonFile(file);
+    const auto tree = readJsonFile<boost::property_tree::ptree>(file);
     try {
         for (const auto& [name, record] : tree) {
             paramTypeInfo& info = m_paramTypes[name];

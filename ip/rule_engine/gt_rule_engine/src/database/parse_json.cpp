@@ -10,4 +10,8 @@ void parseJson(std::istream& text, boost::property_tree::ptree& tree) {
     boost::property_tree::read_json(text, tree);
 }
 
+void parseJson(std::istream& text, json_value& tree) {
+    boost::property_tree::read_json(text, tree);
+}
+
 }  // namespace sable_lanecfg

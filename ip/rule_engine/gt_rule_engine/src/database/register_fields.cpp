@@ -9,7 +9,7 @@
 namespace sable_lanecfg {
 
 void gt_db_load::getFields(const std::string& file) {
-    const boost::property_tree::ptree tree = readJsonFile(file);
+    const auto tree = readJsonFile<json_value>(file);
     tree_values values;
     try {
         for (const auto& [name, record] : tree) {

@@ -118,7 +118,7 @@ bool readUserParameters(const ptree& request, typeMap& types, userParamStore& st
 }  // namespace
 
 bool gt_db_load::getUserParameters(const std::string& file) {
-    const ptree request = readJsonFile(file);
+    const auto request = readJsonFile<ptree>(file);
     m_quadsUsage.clear();
     readQuadUsage(request, file, m_quadsUsage);
     m_channelUsage.clear();

@@ -12,24 +12,24 @@
 
 namespace sable_lanecfg {
 
-/// Converts texts of a property tree exactly as the tree itself does, but with one stream for all
-/// of them: a new one for each value costs more than parsing the whole file.
+/// Converts texts of a property tree, or of a json_value, exactly as the tree itself does, but with
+/// one stream for all of them: a new one for each value costs more than parsing the whole file.
 class tree_values {
   public:
     /// The text of a node as a T; throws boost::property_tree::ptree_bad_data when it is none.
-    template <class T>
-    T value(const boost::property_tree::ptree& node) {
+    template <class T, class Tree>
+    T value(const Tree& node) {
         if constexpr (std::is_same_v<T, std::string>) {
             return node.data();
         } else {
-            return node.get_value<T>(translator<T>{stream_});
+            return node.template get_value<T>(translator<T>{stream_});
         }
     }
 
     /// Replaces `list` by the elements of a JSON array. One that does not convert is `value`'s
     /// exception; those before it stay in the list.
-    template <class T>
-    void list(const boost::property_tree::ptree& array, std::vector<T>& list) {
+    template <class T, class Tree>
+    void list(const Tree& array, std::vector<T>& list) {
         list.clear();
         list.reserve(array.size());
         for (const auto& [key, element] : array) {

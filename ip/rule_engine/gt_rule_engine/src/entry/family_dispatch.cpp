@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace sable_lanecfg {
 
@@ -16,7 +17,7 @@ template <class Frame>
 using instanceMaker = Frame* (*)(const std::string&, const std::vector<channelUsageInfo>&,
                                  const std::map<std::string, quadsUsageInfo*>&,
                                  const std::map<std::string, paramTypeInfo>&, const userParamStore&,
-                                 const std::map<std::string, attributeInfo>&,
+                                 std::map<std::string, attributeInfo>,
                                  const std::map<std::string, std::vector<std::string>>&);
 
 /// A family word and the class behind it.
@@ -31,7 +32,7 @@ using familyTable = std::array<familyClass<Frame>, Size>;
 
 template <class Frame, class Family, class... Arguments>
 Frame* make(Arguments... arguments) {
-    return new Family(arguments...);
+    return new Family(std::forward<Arguments>(arguments)...);
 }
 
 constexpr familyTable<lane_cfg_instance, 1> liveFamilies{
@@ -41,11 +42,11 @@ constexpr familyTable<lane_cfg_instance_iter_stable, 0> stableFamilies{};
 
 template <class Frame, std::size_t Size, class... Arguments>
 Frame* makeFrom(const familyTable<Frame, Size>& families, const std::string& family,
-                const Arguments&... arguments) {
+                Arguments&&... arguments) {
     const auto* const found =
         std::find_if(families.begin(), families.end(),
                      [&family](const familyClass<Frame>& row) { return row.word == family; });
-    return found == families.end() ? nullptr : found->make(arguments...);
+    return found == families.end() ? nullptr : found->make(std::forward<Arguments>(arguments)...);
 }
 
 }  // namespace
@@ -54,20 +55,20 @@ lane_cfg_instance* lane_cfg_ip_mgr::createLaneCfgInstance(
     const std::string& instanceName, const std::string& family,
     const std::vector<channelUsageInfo>& usage, const std::map<std::string, quadsUsageInfo*>& quads,
     const std::map<std::string, paramTypeInfo>& paramTypes, const userParamStore& userParams,
-    const std::map<std::string, attributeInfo>& attributes,
+    std::map<std::string, attributeInfo> attributes,
     const std::map<std::string, std::vector<std::string>>& settings) {
     return makeFrom(liveFamilies, family, instanceName, usage, quads, paramTypes, userParams,
-                    attributes, settings);
+                    std::move(attributes), settings);
 }
 
 lane_cfg_instance_iter_stable* lane_cfg_ip_mgr::createLaneCfgIterStableInstance(
     const std::string& instanceName, const std::string& family,
     const std::vector<channelUsageInfo>& usage, const std::map<std::string, quadsUsageInfo*>& quads,
     const std::map<std::string, paramTypeInfo>& paramTypes, const userParamStore& userParams,
-    const std::map<std::string, attributeInfo>& attributes,
+    std::map<std::string, attributeInfo> attributes,
     const std::map<std::string, std::vector<std::string>>& settings) {
     return makeFrom(stableFamilies, family, instanceName, usage, quads, paramTypes, userParams,
-                    attributes, settings);
+                    std::move(attributes), settings);
 }
 
 }  // namespace sable_lanecfg

@@ -4,6 +4,7 @@
 #include <boost/algorithm/string/case_conv.hpp>
 
 #include <memory>
+#include <utility>
 
 namespace sable_lanecfg {
 
@@ -63,23 +64,23 @@ Answer ask(const std::string& name, const std::string& selector, const Query& qu
 }
 
 /// Forgets all instances of the map and makes the new one; when its constructor throws, the map
-/// stays empty. The forgotten ones are not deleted: callers may still use them.
+/// stays empty. The forgotten ones are not deleted: callers may still use them. The registers, by
+/// far the most of the database, move to the instance.
 template <class Frame, class Create>
 void replaceInstances(std::map<std::string, Frame*>& instances, const Create& create,
-                      const std::string& name, const std::string& family,
-                      const gt_db_load& database) {
+                      const std::string& name, const std::string& family, gt_db_load& database) {
     // The caller's text may be the key of an entry that is forgotten, so the keys go last.
     std::map<std::string, Frame*> forgotten;
     forgotten.swap(instances);
     std::unique_ptr<Frame> instance(
         create(name, family, database.m_channelUsage, database.m_quadsUsage, database.m_paramTypes,
-               database.m_userParams, database.m_fields, database.m_deviceData));
+               database.m_userParams, std::move(database.m_fields), database.m_deviceData));
     Frame*& entry = instances[name];
     entry = instance.release();
 }
 
 void initialise(const std::string& name, const std::string& family, const std::string& selector,
-                const gt_db_load& database) {
+                gt_db_load& database) {
     if (!database.m_loaded) {
         return;
     }
@@ -107,9 +108,9 @@ void lane_cfg_ip_mgr::initilizeData(const std::string& instanceName, const std::
                                     const std::string& fieldsFile,
                                     const std::string& deviceDataFile) {
     const std::string noPart;
-    const gt_db_load database(textMap(), userParamMap(), laneUsageMap(), quadUsageMap(),
-                              userParameterTypesFile, userParametersFile, fieldsFile,
-                              deviceDataFile, noPart);
+    gt_db_load database(textMap(), userParamMap(), laneUsageMap(), quadUsageMap(),
+                        userParameterTypesFile, userParametersFile, fieldsFile, deviceDataFile,
+                        noPart);
     initialise(instanceName, family, selector, database);
 }
 
@@ -120,8 +121,8 @@ void lane_cfg_ip_mgr::initilizeDataWithDict(
     const std::string& userParameterTypesFile, const std::string& fieldsFile,
     const std::string& deviceDataFile) {
     const std::string noParametersFile;
-    const gt_db_load database(options, userParams, laneUsage, quadUsage, userParameterTypesFile,
-                              noParametersFile, fieldsFile, deviceDataFile, partName);
+    gt_db_load database(options, userParams, laneUsage, quadUsage, userParameterTypesFile,
+                        noParametersFile, fieldsFile, deviceDataFile, partName);
     initialise(instanceName, family, selector, database);
 }
 

@@ -62,6 +62,9 @@ class LANECFG_EXPORT rule_engine_base {
     /// current number of vertices.
     unsigned long addVertex(const std::string& name, varInfo info);
 
+    /// The variable of that name, entered blank unless it is known.
+    variable& enterVariable(const std::string& name);
+
     /// Sets a variable, creating it if needed. Any alternative may replace any other.
     void setVal(std::string name, ruleValue value);
 
@@ -82,7 +85,7 @@ class LANECFG_EXPORT rule_engine_base {
 
     /// Registers a rule under the next number. Unknown names become blank variables; the last
     /// rule registered for an output owns it. Without outputs a rule never runs.
-    void rule(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs,
+    void rule(const std::vector<std::string>& inputs, std::vector<std::string> outputs,
               std::function<void()> body);
 
     /// Runs one pass. The first call sorts the graph (boost::not_a_dag on a cycle); rules

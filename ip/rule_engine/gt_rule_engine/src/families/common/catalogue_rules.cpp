@@ -16,15 +16,15 @@ namespace {
     throw std::logic_error("register catalogue: " + name + " " + problem);
 }
 
-/// The variable of a name that is to be the first output of the next rule.
-variable& enteredOutput(rule_engine_base& engine, const std::string& name) {
-    engine.addVertex(name, varInfo());
-    return *engine.findVariable(name);
+std::vector<std::string> onlyOutput(std::string name) {
+    std::vector<std::string> outputs;
+    outputs.push_back(std::move(name));
+    return outputs;
 }
 
-void enterConstant(rule_engine_base& engine, const std::string& name, unsigned int value) {
-    const rule_output<unsigned int> written(&enteredOutput(engine, name));
-    engine.rule({}, {name}, [written, value] { written.set(value); });
+void enterConstant(rule_engine_base& engine, std::string name, unsigned int value) {
+    const rule_output<unsigned int> written(&engine.enterVariable(name));
+    engine.rule({}, onlyOutput(std::move(name)), [written, value] { written.set(value); });
 }
 
 void enterCopy(rule_engine_base& engine, const std::string& field, const std::string& flagName) {
@@ -42,8 +42,8 @@ void enterWord(gt_rule_engine& engine, const std::string& registerName,
     for (const registerField& field : fields) {
         inputs.push_back(fieldName(registerName, field.name));
     }
-    const rule_output<unsigned int> word(&enteredOutput(engine, registerName));
-    engine.rule(inputs, {registerName},
+    const rule_output<unsigned int> word(&engine.enterVariable(registerName));
+    engine.rule(inputs, onlyOutput(registerName),
                 [word, composer = register_composer(engine, registerName)]() mutable {
                     word.set(composer.word());
                 });
@@ -83,10 +83,10 @@ class catalogue_registration {
     }
 
     void enterField(const std::string& registerName, const registerField& field) {
-        const std::string name = fieldName(registerName, field.name);
+        std::string name = fieldName(registerName, field.name);
         switch (field.kind) {
             case fieldKind::constant:
-                enterConstant(engine_, name, field.value);
+                enterConstant(engine_, std::move(name), field.value);
                 break;
             case fieldKind::copy:
                 enterCopy(engine_, name, std::string(field.source));
@@ -95,7 +95,7 @@ class catalogue_registration {
                 enterLogic(name, name);
                 break;
             case fieldKind::shared:
-                sharedFields_.insert(name);
+                sharedFields_.insert(std::move(name));
                 break;
         }
     }

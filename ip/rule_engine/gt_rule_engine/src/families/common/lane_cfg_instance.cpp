@@ -3,6 +3,8 @@
 
 #include <lanecfg/lane_cfg_instance.h>
 
+#include <utility>
+
 namespace sable_lanecfg {
 
 namespace {
@@ -17,9 +19,9 @@ lane_cfg_instance::lane_cfg_instance(
     const std::vector<channelUsageInfo>& usage,
     const std::map<std::string, quadsUsageInfo*>& /*quads*/,
     const std::map<std::string, paramTypeInfo>& types, const userParamStore& params,
-    const std::map<std::string, attributeInfo>& registers,
+    std::map<std::string, attributeInfo> registers,
     const std::map<std::string, std::vector<std::string>>& deviceData)
-    : gt_rule_engine_live(familyWord, usage, types, params, registers, deviceData),
+    : gt_rule_engine_live(familyWord, usage, types, params, std::move(registers), deviceData),
       familyName(familyWord),
       instanceName(name) {}
 

@@ -3,15 +3,18 @@
 #include "families/common/catalogue_rules.h"
 #include "families/sxa/sxa_catalogue.h"
 
+#include <utility>
+
 namespace sable_lanecfg {
 
 lane_cfg_sxa_instance::lane_cfg_sxa_instance(
     const std::string& name, const std::vector<channelUsageInfo>& usage,
     const std::map<std::string, quadsUsageInfo*>& quads,
     const std::map<std::string, paramTypeInfo>& types, const userParamStore& params,
-    const std::map<std::string, attributeInfo>& registers,
+    std::map<std::string, attributeInfo> registers,
     const std::map<std::string, std::vector<std::string>>& deviceSettings)
-    : lane_cfg_instance(name, "SXA", usage, quads, types, params, registers, deviceSettings) {
+    : lane_cfg_instance(name, "SXA", usage, quads, types, params, std::move(registers),
+                        deviceSettings) {
     registerCatalogue(*this, sxaCatalogue(), {});
     gt_rule_engine::runBlockRules();
     dumpVars();

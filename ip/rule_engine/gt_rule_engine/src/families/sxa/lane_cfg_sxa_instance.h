@@ -16,7 +16,7 @@ class lane_cfg_sxa_instance : public lane_cfg_instance {
                           const std::map<std::string, quadsUsageInfo*>& quads,
                           const std::map<std::string, paramTypeInfo>& types,
                           const userParamStore& params,
-                          const std::map<std::string, attributeInfo>& registers,
+                          std::map<std::string, attributeInfo> registers,
                           const std::map<std::string, std::vector<std::string>>& deviceSettings);
 
     /// The attribute map of the block as it stands.
