@@ -24,10 +24,21 @@ TEST_F(CommandLine, TellsItsVersion) {
 TEST_F(CommandLine, HelpListsEverySubcommandAndTheExitCodes) {
     const ProgramResult result = run({"--help"});
     EXPECT_EQ(result.exitCode, 0);
-    for (const char* const word :
-         {"attributes", "snapshot", "log", "families", "check-database", "Exit codes: 0 done"}) {
+    for (const char* const word : {"attributes", "snapshot", "log", "families", "check-database",
+                                   "models", "model-update", "Exit codes: 0 done"}) {
         EXPECT_THAT(result.output, HasSubstr(word));
     }
+}
+
+/// What a subcommand needs on its command line.
+std::vector<std::string> neededArguments(const std::string& subcommand) {
+    if (subcommand == "families" || subcommand == "check-database" || subcommand == "models") {
+        return {};
+    }
+    if (subcommand == "model-update") {
+        return {"corvane:ip:gt_subcore_ip:1.0", "TXPROGDIV_FREQ_ENABLE"};
+    }
+    return {requestPath("sxa_basic")};
 }
 
 class Subcommand : public CommandLine, public testing::WithParamInterface<std::string> {
@@ -35,9 +46,8 @@ class Subcommand : public CommandLine, public testing::WithParamInterface<std::s
     /// Runs the subcommand with all that it needs and one thing more.
     ProgramResult runWith(const std::vector<std::string>& more) const {
         std::vector<std::string> arguments = {GetParam()};
-        if (GetParam() != "families" && GetParam() != "check-database") {
-            arguments.push_back(requestPath("sxa_basic"));
-        }
+        const std::vector<std::string> needed = neededArguments(GetParam());
+        arguments.insert(arguments.end(), needed.begin(), needed.end());
         arguments.insert(arguments.end(), more.begin(), more.end());
         return run(arguments);
     }
@@ -62,11 +72,18 @@ TEST_P(Subcommand, TakesNoEmptyNameOfTheAnswer) {
     expectFailure(runWith({"-o", ""}), 2, "--output: the value is empty");
 }
 
-TEST_P(Subcommand, TakesNoEmptyNameOfTheDatabase) {
+INSTANTIATE_TEST_SUITE_P(Each, Subcommand,
+                         testing::Values("attributes", "snapshot", "log", "families",
+                                         "check-database", "models", "model-update"),
+                         CaseName());
+
+class DatabaseSubcommand : public Subcommand {};
+
+TEST_P(DatabaseSubcommand, TakesNoEmptyNameOfTheDatabase) {
     expectFailure(runWith({"--database", ""}), 2, "--database: the value is empty");
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, Subcommand,
+INSTANTIATE_TEST_SUITE_P(Each, DatabaseSubcommand,
                          testing::Values("attributes", "snapshot", "log", "families",
                                          "check-database"),
                          CaseName());

@@ -22,5 +22,7 @@ void addSnapshotCommand(CLI::App& program, Work& chosen);
 void addLogCommand(CLI::App& program, Work& chosen);
 void addCheckDatabaseCommand(CLI::App& program, Work& chosen);
 void addFamiliesCommand(CLI::App& program, Work& chosen);
+void addModelsCommand(CLI::App& program, Work& chosen);
+void addModelUpdateCommand(CLI::App& program, Work& chosen);
 
 }  // namespace sable_lanecfg::tool

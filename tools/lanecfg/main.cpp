@@ -17,6 +17,8 @@ void addCommands(CLI::App& program, Work& chosen) {
     addSnapshotCommand(program, chosen);
     addLogCommand(program, chosen);
     addFamiliesCommand(program, chosen);
+    addModelsCommand(program, chosen);
+    addModelUpdateCommand(program, chosen);
     addCheckDatabaseCommand(program, chosen);
 }
 
