@@ -82,6 +82,25 @@ class LANECFG_EXPORT lane_cfg_ip_mgr {
     /// Deletes the live and the stable instance of that name and forgets the name.
     static void releaseData(const std::string& instanceName);
 
+    /// Whether the channels of a request can share a quad: empty when they can, else the reasons by
+    /// number, as gt_quad_packing::canBePacked gives them. No instance is made; the name, the
+    /// family word and the selector have no effect. Unusable user parameters are reported as
+    /// messages and give an empty answer; a malformed `partName` is ToolPart's exception. Faults go
+    /// to the user as messages with `logErrors`, without it they are reasons with the text "ERROR
+    /// caught".
+    static std::map<std::string, std::string> canBePacked(
+        const std::string& instanceName, const std::string& family, const std::string& selector,
+        const std::string& partName, const textMap& options, const laneUsageMap& laneUsage,
+        const userParamMap& userParams, const std::string& userParameterTypesFile,
+        const std::string& fieldsFile, const std::string& deviceDataFile, bool logErrors);
+    /// Names of the reference clocks by port, as gt_quad_packing::returnRefclkPorts gives them;
+    /// { "0": "ERROR caught" } when a reason of the same request has this text. The same otherwise.
+    static std::map<std::string, std::string> getRefClkPorts(
+        const std::string& instanceName, const std::string& family, const std::string& selector,
+        const std::string& partName, const textMap& options, const laneUsageMap& laneUsage,
+        const userParamMap& userParams, const std::string& userParameterTypesFile,
+        const std::string& fieldsFile, const std::string& deviceDataFile, bool logErrors);
+
     /// The instance of that name, null for an unknown name. It stays the manager's until it is
     /// released, and is nobody's once a new initialisation has displaced it.
     static lane_cfg_instance* getIPInstance(const std::string& instanceName);

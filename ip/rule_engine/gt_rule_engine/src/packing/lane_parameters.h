@@ -1,0 +1,91 @@
+#pragma once
+
+#include <lanecfg/gt_db_load.h>
+
+#include <array>
+#include <map>
+#include <string>
+
+namespace sable_lanecfg {
+
+/// Directions as the user parameters index them.
+enum class laneDirection { transmit = 0, receive = 1 };
+inline constexpr std::array<laneDirection, 2> laneDirections{laneDirection::transmit,
+                                                             laneDirection::receive};
+
+inline laneDirection otherDirection(laneDirection direction) {
+    return direction == laneDirection::transmit ? laneDirection::receive : laneDirection::transmit;
+}
+
+/// Begin of the parameter names of a direction.
+const char* wordOf(laneDirection direction);
+
+/// Lanes of a usage record in one direction.
+const std::vector<int>& lanesOf(const channelUsageInfo& channel, laneDirection direction);
+
+/// Name of the rate pin at a position of the lanes. Throws std::out_of_range without one.
+const std::string& ratePinOf(const channelUsageInfo& channel, laneDirection direction,
+                             std::size_t position);
+
+/// Calls `visit(direction, lane, ratePin)` for all transmit positions of a record, then for all
+/// receive positions.
+template <class Visit>
+void visitLanes(const channelUsageInfo& channel, const Visit& visit) {
+    for (const laneDirection direction : laneDirections) {
+        const std::vector<int>& lanes = lanesOf(channel, direction);
+        for (std::size_t position = 0; position < lanes.size(); ++position) {
+            visit(direction, lanes[position], ratePinOf(channel, direction, position));
+        }
+    }
+}
+
+/// The dual of a lane, 0 or 1.
+inline int dualOf(int lane) {
+    return lane > 1 ? 1 : 0;
+}
+
+/// User parameters of a lane and direction at one rate slot.
+class laneParameters {
+  public:
+    /// Throws std::out_of_range when the request has no such lane or rate.
+    laneParameters(const userParamStore& store, laneDirection direction, int lane, int slot);
+
+    /// A parameter by its name without the word of the direction. Throws std::out_of_range when it
+    /// is missing and std::invalid_argument when it has another type.
+    template <class T>
+    const T& get(const char* ending) const {
+        const std::string name = wordOf(direction_) + std::string(ending);
+        const T* const value = boost::get<T>(&valueOf(name));
+        if (value == nullptr) {
+            throwWrongType(name);
+        }
+        return *value;
+    }
+
+  private:
+    const ruleValue& valueOf(const std::string& name) const;
+    [[noreturn]] void throwWrongType(const std::string& name) const;
+    std::string place() const;
+
+    laneDirection direction_;
+    int lane_;
+    int slot_;
+    const std::map<std::string, ruleValue>* values_;
+};
+
+/// How a lane and direction is clocked at one rate slot.
+struct laneClocking {
+    explicit laneClocking(const laneParameters& parameters);
+
+    std::string source;      ///< of the reference clock, "R0" to "R5"
+    std::string pll;         ///< of the data path
+    double requestedRefclk;  ///< MHz
+    double lineRate;         ///< Gb/s
+    std::string dividerPll;  ///< source of the programmable divider
+    bool isDividerEnabled;
+    /// The reference clock (MHz) nearest to the requested one that the data path's PLL can use. It
+    /// stands for the programmable divider too, whichever its PLL.
+    double actualRefclk;
+};
+
+}  // namespace sable_lanecfg

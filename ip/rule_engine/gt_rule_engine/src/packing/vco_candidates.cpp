@@ -1,0 +1,168 @@
+#include <lanecfg/gt_quad_packing.h>
+
+#include <array>
+#include <stdexcept>
+
+namespace sable_lanecfg {
+
+namespace {
+
+const std::string lcpllWord = "LCPLL";
+const std::string rpllWord = "RPLL";
+
+constexpr std::array<double, 5> lineDividers{1, 2, 4, 8, 16};
+/// With it the LCPLL runs 10.3125 at the VCO clock of 25.78125.
+constexpr double pairDivider = 2.5;
+constexpr double lowerPairRate = 10.3125;
+/// Both edges of the clock carry data above this line rate.
+constexpr double halvingThreshold = 16.375;
+
+constexpr std::array<double, 8> firstStageDividers{4.0, 5.0, 5.5, 8.0, 10.0, 16.0, 16.5, 20.0};
+constexpr std::array<double, 10> secondStageDividers{1, 2, 3, 4, 6, 8, 12, 16, 24, 32};
+
+/// An interval of clocks (GHz), taken a little wider so that rounding keeps none out.
+struct clockRange {
+    double lowest;
+    double highest;
+
+    bool contains(double clock) const {
+        constexpr double tolerance = 1e-9;
+        return lowest - tolerance <= clock && clock <= highest + tolerance;
+    }
+};
+
+/// What the second stage of the programmable divider can take.
+constexpr clockRange stageClock{0.5, 2.0};
+
+using limitTable = std::map<std::string, std::vector<std::string>>;
+
+double limitOf(const limitTable& limits, const std::string& key) {
+    const auto found = limits.find(key);
+    if (found == limits.end() || found->second.empty()) {
+        throw std::out_of_range("device limit " + key + " is missing");
+    }
+    const std::string& text = found->second.front();
+    try {
+        return std::stod(text);
+    } catch (const std::invalid_argument&) {
+        throw std::invalid_argument("device limit " + key + " is no number: \"" + text + "\"");
+    } catch (const std::out_of_range&) {
+        throw std::out_of_range("device limit " + key + " is out of range: " + text);
+    }
+}
+
+/// `pll` is the begin of the keys, the word of the PLL.
+clockRange vcoRange(const limitTable& limits, const std::string& pll) {
+    return {limitOf(limits, "F" + pll + "RANGE_MIN"), limitOf(limits, "F" + pll + "RANGE_MAX")};
+}
+
+std::vector<double> rpllCandidates(double lineRate, const clockRange& range) {
+    std::vector<double> candidates;
+    for (const double divider : lineDividers) {
+        const double clock = lineRate * divider * 0.5;
+        if (range.contains(clock)) {
+            candidates.push_back(clock);
+        }
+    }
+    return candidates;
+}
+
+/// A coding that takes half of the user width off the line: the VCO runs at half the frequency.
+bool isHalvedCoding(const std::string& encoding, unsigned intDataWidth, unsigned userDataWidth) {
+    if (intDataWidth == 0) {
+        throw std::domain_error("the internal data width of an LCPLL rate is 0");
+    }
+    return userDataWidth / intDataWidth == 2 && encoding == "64B66B_ASYNC";
+}
+
+/// Candidates of the LCPLL over the dividers that it may use at a line rate.
+class lcpllWalk {
+  public:
+    lcpllWalk(double lineRate, const clockRange& range) : lineRate_(lineRate), range_(range) {}
+
+    /// The PLL clock is half of the VCO's, which is what the limits are about.
+    void addFromWholeRate(double divider, bool isHalved) {
+        const double clock = divider * lineRate_;
+        addIfInRange(isHalved ? clock * 0.5 : clock, clock * 0.5);
+    }
+
+    /// The PLL clock is the VCO's.
+    void addFromHalfRate(double divider) {
+        const double clock = divider * lineRate_ * 0.5;
+        addIfInRange(clock, clock);
+    }
+
+    std::vector<double> candidates;
+
+  private:
+    void addIfInRange(double tested, double stored) {
+        if (range_.contains(tested)) {
+            candidates.push_back(stored);
+        }
+    }
+
+    double lineRate_;
+    clockRange range_;
+};
+
+}  // namespace
+
+std::vector<double> gt_quad_packing::VCO_FrequencyCalculation(
+    const std::string& pllType, double lineRate, const std::string& encoding, unsigned intDataWidth,
+    unsigned userDataWidth, bool dualRate) const {
+    if (pllType == rpllWord) {
+        return rpllCandidates(lineRate, vcoRange(deviceLimits, rpllWord));
+    }
+    if (pllType != lcpllWord) {
+        return {};
+    }
+    const bool isPair = dualRate && lineRate == lowerPairRate && encoding == "RAW";
+    const std::vector<double> dividers =
+        isPair ? std::vector<double>{pairDivider}
+               : std::vector<double>(lineDividers.begin(), lineDividers.end());
+    const bool isHalved = isHalvedCoding(encoding, intDataWidth, userDataWidth);
+    const bool isLowRate = lineRate <= halvingThreshold;
+    lcpllWalk walk(lineRate, vcoRange(deviceLimits, lcpllWord));
+    for (const double divider : dividers) {
+        if (isLowRate && !isPair) {
+            walk.addFromWholeRate(divider, isHalved);
+        } else {
+            walk.addFromHalfRate(divider);
+        }
+    }
+    if (isLowRate) {
+        for (const double divider : dividers) {
+            walk.addFromHalfRate(divider);
+        }
+    }
+    return walk.candidates;
+}
+
+std::vector<double> gt_quad_packing::VCO_FrequencyProgDivCalculation(const std::string& pllType,
+                                                                     double progDivFreq) const {
+    const bool isLcpll = pllType == lcpllWord;
+    if (!isLcpll && pllType != rpllWord) {
+        return {};
+    }
+    const clockRange range = vcoRange(deviceLimits, pllType);
+    const double outputClock = progDivFreq / 1000.0;
+    std::vector<double> candidates;
+    for (const double firstStage : firstStageDividers) {
+        for (const double secondStage : secondStageDividers) {
+            const double clock = 2.0 * (secondStage * firstStage * outputClock);
+            if (!stageClock.contains(clock / firstStage)) {
+                continue;
+            }
+            if (range.contains(clock)) {
+                candidates.push_back(clock);
+            }
+            // The LCPLL may also run at twice this clock and halve it itself.
+            if (isLcpll && range.contains(2.0 * clock)) {
+                candidates.push_back(clock);
+            }
+        }
+    }
+    return candidates;
+}
+
+}  // namespace sable_lanecfg
