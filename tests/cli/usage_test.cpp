@@ -112,7 +112,8 @@ TEST_P(RequestSubcommand, TakesNoPartWithTheFileForm) {
                   "has the file form (\"laneUsage\" is no object), which takes no part name");
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, RequestSubcommand, testing::Values("attributes", "snapshot", "log"));
+INSTANTIATE_TEST_SUITE_P(Each, RequestSubcommand, testing::Values("attributes", "snapshot", "log"),
+                         CaseName());
 
 }  // namespace
 }  // namespace lanecfg_test
