@@ -1,9 +1,9 @@
 #include "clocking_domains.h"
+#include "user_clock.h"
 
 #include <lanecfg/rule_engine_utilities.h>
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 
 /// Output clocks that the programmable dividers offer to the fabric.
@@ -33,8 +33,7 @@ class offeredClocks {
   private:
     bool matches(double dividedClock) const {
         return std::any_of(outputClockRatios.begin(), outputClockRatios.end(), [&](int ratio) {
-            const double reduced = megahertzPerGigahertz * (dividedClock / ratio);
-            return std::fabs(reduced - target_) / std::min(reduced, target_) < matchTolerance;
+            return agree(megahertzPerGigahertz * (dividedClock / ratio), target_);
         });
     }
 
@@ -54,16 +53,6 @@ struct dividerInput {
 dividerInput dividerInputOf(double rate, bool vcoAtHalfRate) {
     const double half = rate * 0.5;
     return {vcoAtHalfRate ? half : rate, half};
-}
-
-/// Width of the encoded data; single precision, as the widths of the parameters are.
-float effectiveWidth(float userDataWidth, const std::string& encoding) {
-    for (const encodingFactor& known : encodingFactors) {
-        if (encoding == known.encoding) {
-            return userDataWidth * known.factor;
-        }
-    }
-    return userDataWidth;
 }
 
 double userClock(double lineRate, float userDataWidth, const std::string& encoding) {
