@@ -1,6 +1,7 @@
 #include "families/sxb/sxb_pll_rules.h"
 
 #include "families/sxb/sxb_pll_catalogue.h"
+#include "families/sxb/sxb_pll_rule_groups.h"
 
 #include <string>
 #include <vector>
@@ -33,6 +34,35 @@ void enterSxbPllStartValues(gt_rule_engine& engine) {
     }
     enterIfUnset(engine, "INT_LCPLLCLKOUTRATE", std::string("FULL"));
     enterIfUnset(engine, "INT_DOUBLER_EN", 0U);
+}
+
+logicRules sxbPllLogicRules(const gt_rule_engine& engine) {
+    logicRules rules;
+    addPllInputRules(rules);
+    addOutputDividerRules(rules);
+    addLcpllSolverRules(rules, engine.settings);
+    addRpllSolverRules(rules);
+    addDividerSearchRules(rules);
+    addDividerCodeRules(rules);
+    addDelayAlignerRules(rules);
+    addLcpllFilterRules(rules);
+    addRpllFilterRules(rules);
+    addHighSpeedSlotRules(rules);
+    addReferenceClockRules(rules);
+    addClockDistributionRules(rules);
+    addPhaseAlignmentRules(rules);
+    addPipePositionRules(rules);
+    addPcieRules(rules);
+    addOutOfBandRules(rules);
+    addBufferRules(rules);
+    addPinRules(rules);
+    addResetEnableRules(rules);
+    return rules;
+}
+
+void registerSxbPllRules(gt_rule_engine& engine) {
+    enterSxbPllStartValues(engine);
+    registerCatalogue(engine, sxbPllCatalogue(), sxbPllLogicRules(engine));
 }
 
 }  // namespace sable_lanecfg

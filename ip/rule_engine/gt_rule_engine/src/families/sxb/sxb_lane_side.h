@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace sable_lanecfg {
+
+/// One direction of a lane, by which rules that exist for both find their names.
+struct laneSide {
+    std::string_view word;    ///< "TX" or "RX"
+    std::string_view coding;  ///< parameter of the line coding
+
+    /// The direction's word between two parts of a name.
+    std::string within(std::string_view before, std::string_view after) const {
+        std::string name(before);
+        name.append(word).append(after);
+        return name;
+    }
+
+    /// A user parameter: "BUFFER_MODE" gives "TX_BUFFER_MODE".
+    std::string parameter(std::string_view name) const {
+        return within({}, std::string("_").append(name));
+    }
+};
+
+constexpr laneSide transmitSide{"TX", "TX_DATA_ENCODING"};
+constexpr laneSide receiveSide{"RX", "RX_DATA_DECODING"};
+
+/// The asynchronous gearbox, which alone lets the user clock run at half the internal one.
+constexpr std::string_view asynchronousGearbox = "64B66B_ASYNC";
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,160 @@
+#include "families/common/rule_arithmetic.h"
+#include "families/sxb/sxb_pll_candidates.h"
+#include "families/sxb/sxb_pll_catalogue.h"
+#include "families/sxb/sxb_pll_rule_groups.h"
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+
+namespace {
+
+constexpr unsigned int lowestFeedbackDivider = 13;
+constexpr unsigned int lowestFeedbackDividerWithFraction = 16;
+constexpr unsigned int highestFeedbackDivider = 160;
+/// PLL clocks (GHz) up to here are half of the oscillator's.
+constexpr double highestHalfRateClock = 8.1875;
+/// Line rate (Gb/s) at which PCIe leaves out the first candidate.
+constexpr double pcieThirdGeneration = 8.0;
+/// Slack of the oscillator's limits (GHz).
+constexpr double limitSlack = 0.000000001;
+
+/// A candidate clock with what the oscillator has to run at for it.
+struct lcpll_candidate {
+    explicit lcpll_candidate(double pllClock)
+        : clock(pllClock),
+          isFullRate(pllClock > highestHalfRateClock),
+          oscillator(isFullRate ? pllClock : 2.0 * pllClock) {}
+
+    /// Oscillator in MHz.
+    double megahertz() const { return oscillator * megahertzPerGigahertz; }
+
+    double clock;
+    bool isFullRate;
+    double oscillator;  ///< GHz
+};
+
+/// Value of a setting; an absent one is a bad text to the conversion.
+double settingValue(const deviceSettings& settings, const std::string& name) {
+    const auto entry = settings.find(name);
+    const bool isThere = entry != settings.end() && !entry->second.empty();
+    return std::stod(isThere ? entry->second.front() : std::string());
+}
+
+/// Finds the dividers of the LCPLL. Without a solution they stay those of the pass before.
+class lcpll_solver {
+  public:
+    lcpll_solver(rule_declaration& rule, const deviceSettings& settings)
+        : clocks_(rule.reads<std::vector<double>>("INT_LCPLL_PLLCLKOUT_VECTOR")),
+          referenceClock_(rule.reads<double>("INT_LCPLL_REFCLKFREQ")),
+          pcie_(rule.reads<bool>("PCIE_ENABLE")),
+          // A parameter of the rate, which is there before any rule runs.
+          transmitRate_(rule.peeks<double>("TX_LINE_RATE")),
+          referenceDivider_(rule.writes("INT_LCPLL_REF_DIV")),
+          feedbackDivider_(rule.writes("INT_LCPLL_FBDIV")),
+          clockRate_(rule.writes<std::string>("INT_LCPLLCLKOUTRATE")),
+          clock_(rule.writes<double>("INT_LCPLL_PLLCLKOUT")),
+          fraction_(rule.writes("INT_LCPLL_SDMDATA")),
+          settings_(&settings) {}
+
+    void operator()() const {
+        const std::vector<double> clocks = candidateClocks();
+        fraction_.set(0);
+        if (!solveWithoutFraction(clocks)) {
+            solveWithFraction(clocks);
+        }
+    }
+
+  private:
+    std::vector<double> candidateClocks() const {
+        std::vector<double> clocks = clocks_();
+        if (pcie_() && transmitRate_() == pcieThirdGeneration && !clocks.empty()) {
+            clocks.erase(clocks.begin());
+        }
+        return clocks;
+    }
+
+    /// Every clock tried leaves its mark, also one that is not taken.
+    lcpll_candidate tried(double clock) const {
+        const lcpll_candidate candidate(clock);
+        clockRate_.set(candidate.isFullRate ? "FULL" : "HALF");
+        return candidate;
+    }
+
+    bool solveWithoutFraction(const std::vector<double>& clocks) const {
+        for (const double clock : clocks) {
+            const lcpll_candidate candidate = tried(clock);
+            const double ratio = candidate.megahertz() / referenceClock_();
+            for (const unsigned int divider : referenceDividers) {
+                if (takeFeedback(candidate, divider, lowestFeedbackDivider, divider * ratio)) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+
+    void solveWithFraction(const std::vector<double>& clocks) const {
+        for (const double clock : clocks) {
+            const lcpll_candidate candidate = tried(clock);
+            if (isWithinLimits(candidate) && solveWithFraction(candidate)) {
+                return;
+            }
+        }
+    }
+
+    bool solveWithFraction(const lcpll_candidate& candidate) const {
+        for (const unsigned int divider : referenceDividers) {
+            const double ratio = candidate.megahertz() / (referenceClock_() / divider);
+            const double whole = std::floor(ratio);
+            // Stays in place also when the divider is not taken.
+            fraction_.set(truncated((ratio - whole) * fractionScale));
+            if (takeFeedback(candidate, divider, lowestFeedbackDividerWithFraction, whole)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    bool isWithinLimits(const lcpll_candidate& candidate) const {
+        const double lowest = settingValue(*settings_, "FLCPLLRANGE_MIN");
+        const double highest = settingValue(*settings_, "FLCPLLRANGE_MAX");
+        return lowest - limitSlack <= candidate.oscillator &&
+               candidate.oscillator <= highest + limitSlack;
+    }
+
+    bool takeFeedback(const lcpll_candidate& candidate, unsigned int divider, unsigned int lowest,
+                      double wanted) const {
+        for (unsigned int feedback = lowest; feedback <= highestFeedbackDivider; ++feedback) {
+            if (agree(feedback, wanted)) {
+                referenceDivider_.set(divider);
+                feedbackDivider_.set(feedback);
+                clock_.set(candidate.clock);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    rule_input<std::vector<double>> clocks_;
+    rule_input<double> referenceClock_;
+    rule_input<bool> pcie_;
+    rule_peek<double> transmitRate_;
+    rule_output<unsigned int> referenceDivider_;
+    rule_output<unsigned int> feedbackDivider_;
+    rule_output<std::string> clockRate_;
+    rule_output<double> clock_;
+    rule_output<unsigned int> fraction_;
+    const deviceSettings* settings_;
+};
+
+}  // namespace
+
+void addLcpllSolverRules(logicRules& rules, const deviceSettings& settings) {
+    rules.emplace(sxb_pll_step::lcpllSolver,
+                  [&settings](rule_declaration& rule) { rule.body(lcpll_solver(rule, settings)); });
+}
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "families/common/catalogue_rules.h"
+#include "families/sxb/sxb_lane_side.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sable_lanecfg {
+
+/// First-entry settings of the device, as `gt_rule_engine::settings`.
+using deviceSettings = std::map<std::string, std::vector<std::string>>;
+
+// The rules of each topic, added to those at hand.
+void addPllInputRules(logicRules& rules);
+void addOutputDividerRules(logicRules& rules);
+/// The solver reads the settings in its passes, so they have to outlive the rules.
+void addLcpllSolverRules(logicRules& rules, const deviceSettings& settings);
+void addRpllSolverRules(logicRules& rules);
+void addDividerSearchRules(logicRules& rules);
+void addDividerCodeRules(logicRules& rules);
+void addDelayAlignerRules(logicRules& rules);
+void addLcpllFilterRules(logicRules& rules);
+void addRpllFilterRules(logicRules& rules);
+void addHighSpeedSlotRules(logicRules& rules);
+void addReferenceClockRules(logicRules& rules);
+void addClockDistributionRules(logicRules& rules);
+void addPhaseAlignmentRules(logicRules& rules);
+void addPipePositionRules(logicRules& rules);
+void addPcieRules(logicRules& rules);
+void addOutOfBandRules(logicRules& rules);
+void addBufferRules(logicRules& rules);
+void addPinRules(logicRules& rules);
+void addResetEnableRules(logicRules& rules);
+
+/// Bypass of the delay aligner by the direction's own parameters alone.
+ruleDeclarer delayAlignerBypass(const laneSide& side);
+/// Reset of a PLL by a lane of which that direction runs from it.
+ruleDeclarer pllReset(unsigned int lane, const laneSide& side, std::string_view pll);
+
+}  // namespace sable_lanecfg

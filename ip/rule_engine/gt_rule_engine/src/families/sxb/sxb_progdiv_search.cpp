@@ -1,0 +1,141 @@
+#include "families/common/rule_arithmetic.h"
+#include "families/sxb/sxb_pll_candidates.h"
+#include "families/sxb/sxb_pll_catalogue.h"
+#include "families/sxb/sxb_pll_rule_groups.h"
+
+#include <array>
+#include <string>
+
+namespace sable_lanecfg {
+
+namespace {
+
+/// Programmable dividers, in the order in which they are tried.
+constexpr std::array<double, 11> programmableDividers{4.0,  5.0,  5.5,  8.0,  10.0, 16.0,
+                                                      16.5, 20.0, 32.0, 33.0, 40.0};
+/// Dividers behind them, in the path of the delay aligner, likewise.
+constexpr std::array<unsigned int, 14> pathDividers{1,  2,  3,  4,  6,  8,  12,
+                                                    16, 24, 32, 48, 64, 96, 128};
+/// What the delay aligner takes (GHz).
+constexpr double lowestAlignerClock = 0.5;
+constexpr double highestAlignerClock = 2.0;
+
+/// Bits on the line for each bit of the user.
+double lineBitsPerUserBit(const std::string& coding) {
+    if (coding == "8B10B") {
+        return 1.25;
+    }
+    return coding == asynchronousGearbox ? 1.03125 : 1.0;
+}
+
+/// Finds the two dividers that make the output clock of one direction from a PLL.
+class divider_search {
+  public:
+    divider_search(rule_declaration& rule, const laneSide& side)
+        : userWidth_(rule.reads<unsigned int>(side.parameter("USER_DATA_WIDTH"))),
+          rpllClock_(rule.reads<double>("INT_RPLL_PLLCLKOUT")),
+          lcpllClock_(rule.reads<double>("INT_LCPLL_PLLCLKOUT")),
+          isOwnFrequency_(rule.reads<bool>(side.within({}, "PROGDIV_FREQ_ENABLE"))),
+          ownSource_(rule.reads<std::string>(side.within({}, "PROGDIV_FREQ_SOURCE"))),
+          ownFrequency_(rule.reads<double>(side.within({}, "PROGDIV_FREQ_VAL"))),
+          alignerBypass_(rule.reads<unsigned int>(side.within("PIPE_CTRL_CFG7.", "_DA_BYP"))),
+          // Parameters of the rate, which are there before any rule runs.
+          pllType_(rule.peeks<std::string>(side.parameter("PLL_TYPE"))),
+          lineRate_(rule.peeks<double>(side.parameter("LINE_RATE"))),
+          coding_(rule.peeks<std::string>(std::string(side.coding))),
+          divider_(rule.writes<double>(side.within("INT_", "PROGDIV_SEL"))),
+          pathDivider_(rule.writes(side.within("INT_", "OUTCLKDIV_FOR_PROGDIV_PATH"))),
+          alignerClock_(rule.writes<double>(side.within("INT_FREQ_INTO_", "_DA"))) {}
+
+    void operator()() const {
+        const double pllClock = clockOf(isOwnFrequency_() ? ownSource_() : pllType_());
+        const double wanted = isOwnFrequency_() ? ownFrequency_() : userClock();
+        if (alignerBypass_() == 1) {
+            searchAroundAligner(pllClock, wanted);
+        } else {
+            searchThroughAligner(pllClock, wanted);
+        }
+    }
+
+  private:
+    double clockOf(const std::string& pll) const {
+        return pll == "RPLL" ? rpllClock_() : lcpllClock_();
+    }
+
+    /// User clock of the line rate in MHz.
+    double userClock() const {
+        return lineRate_() * megahertzPerGigahertz / (userWidth_() * lineBitsPerUserBit(coding_()));
+    }
+
+    /// The aligner is told the clock of the divider tried before the one found.
+    void searchAroundAligner(double pllClock, double wanted) const {
+        double clockBefore = 0.0;
+        for (const double divider : programmableDividers) {
+            const double divided = pllClock / divider;
+            if (takePathDivider(divider, divided, wanted)) {
+                alignerClock_.set(clockBefore);
+                return;
+            }
+            clockBefore = divided;
+        }
+        takeNone(clockBefore);
+    }
+
+    void searchThroughAligner(double pllClock, double wanted) const {
+        double divided = 0.0;
+        for (const double divider : programmableDividers) {
+            divided = pllClock / divider;
+            const bool fitsAligner =
+                divided >= lowestAlignerClock && divided <= highestAlignerClock;
+            if (fitsAligner && takePathDivider(divider, divided * 0.5, wanted)) {
+                alignerClock_.set(divided);
+                return;
+            }
+        }
+        takeNone(divided);
+    }
+
+    bool takePathDivider(double divider, double clock, double wanted) const {
+        for (const unsigned int pathDivider : pathDividers) {
+            if (agree(clock / pathDivider * megahertzPerGigahertz, wanted)) {
+                divider_.set(divider);
+                pathDivider_.set(pathDivider);
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void takeNone(double lastClock) const {
+        divider_.set(0.0);
+        pathDivider_.set(0);
+        alignerClock_.set(lastClock);
+    }
+
+    rule_input<unsigned int> userWidth_;
+    rule_input<double> rpllClock_;
+    rule_input<double> lcpllClock_;
+    rule_input<bool> isOwnFrequency_;
+    rule_input<std::string> ownSource_;
+    rule_input<double> ownFrequency_;
+    rule_input<unsigned int> alignerBypass_;
+    rule_peek<std::string> pllType_;
+    rule_peek<double> lineRate_;
+    rule_peek<std::string> coding_;
+    rule_output<double> divider_;
+    rule_output<unsigned int> pathDivider_;
+    rule_output<double> alignerClock_;
+};
+
+ruleDeclarer dividerSearch(const laneSide& side) {
+    return [side](rule_declaration& rule) { rule.body(divider_search(rule, side)); };
+}
+
+}  // namespace
+
+void addDividerSearchRules(logicRules& rules) {
+    rules.emplace(sxb_pll_step::transmitDividerSearch, dividerSearch(transmitSide));
+    rules.emplace(sxb_pll_step::receiveDividerSearch, dividerSearch(receiveSide));
+}
+
+}  // namespace sable_lanecfg

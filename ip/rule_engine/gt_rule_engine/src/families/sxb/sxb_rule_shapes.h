@@ -1,0 +1,57 @@
+#pragma once
+
+#include "families/common/rule_arithmetic.h"
+#include "families/common/rule_declaration.h"
+#include "families/sxb/sxb_lane_side.h"
+
+#include <string>
+#include <utility>
+
+namespace sable_lanecfg {
+
+/// Field with one value where the flag is set and another where it is not.
+ruleDeclarer byFlag(std::string flagName, unsigned int whereSet, unsigned int whereUnset);
+/// Field with one value where an unsigned variable is not 0 and another where it is.
+ruleDeclarer byNumber(std::string numberName, unsigned int whereNotZero, unsigned int whereZero);
+/// Field with the value of another unsigned variable.
+ruleDeclarer sameNumber(std::string numberName);
+/// Field that is 1 when an unsigned variable has the number, else 0.
+ruleDeclarer oneAt(std::string numberName, unsigned int number);
+/// Field that is 1 when a text variable is the word, else 0.
+ruleDeclarer oneForWord(std::string textName, std::string word);
+
+/// Field with the code of a variable of type `Value`.
+template <class Value, class Table>
+ruleDeclarer codeOfVariable(std::string name, const Table& table) {
+    return [name = std::move(name), table](rule_declaration& rule) {
+        const auto value = rule.reads<Value>(name);
+        rule.gives([=] { return codeOf(table, value()); });
+    };
+}
+
+/// How many times the internal data width goes into the user data width.
+class width_ratio {
+  public:
+    width_ratio(rule_declaration& rule, const laneSide& side)
+        : user_(rule.reads<unsigned int>(side.parameter("USER_DATA_WIDTH"))),
+          internal_(rule.reads<unsigned int>(side.parameter("INT_DATA_WIDTH"))),
+          internalName_(side.parameter("INT_DATA_WIDTH")) {}
+
+    /// Throws std::domain_error, naming the variable, at an internal width of 0.
+    unsigned int operator()() const { return quotient(user_(), internal_(), internalName_); }
+
+    /// The same of the width on the line, which 8B10B makes a quarter wider.
+    unsigned int onLine(const std::string& coding) const {
+        const double width = coding == "8B10B" ? user_() * tenBitsForEight : user_();
+        return quotient(truncated(width), internal_(), internalName_);
+    }
+
+  private:
+    static constexpr double tenBitsForEight = 1.25;
+
+    rule_input<unsigned int> user_;
+    rule_input<unsigned int> internal_;
+    std::string internalName_;
+};
+
+}  // namespace sable_lanecfg
