@@ -16,7 +16,9 @@ foreach(layer host/hostx_common host/hostx_coregen host/strmio_iostreams
               ip/rule_engine/rule_engine_base ip/rule_engine/gt_rule_engine)
     install(DIRECTORY ${layer}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endforeach()
-install(DIRECTORY data DESTINATION ${CMAKE_INSTALL_DATADIR}/lanecfg)
+install(DIRECTORY data DESTINATION ${CMAKE_INSTALL_DATADIR}/lanecfg
+    PATTERN "*.sh" PERMISSIONS
+        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
 set(lanecfg_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/lanecfg)
 install(EXPORT lanecfgTargets NAMESPACE lanecfg:: DESTINATION ${lanecfg_package_dir})

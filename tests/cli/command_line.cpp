@@ -31,6 +31,7 @@ ProgramResult CommandLine::run(const std::vector<std::string>& arguments,
                                const std::map<std::string, std::string>& environment) const {
     ProgramStart start;
     start.arguments = arguments;
+    start.workingDirectory = workingDirectory;
     // What the user of the test has set is not part of the test.
     start.environment = {{"LANECFG_DATA", ""}};
     for (const auto& [name, value] : environment) {

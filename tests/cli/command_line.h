@@ -47,6 +47,7 @@ class CommandLine : public testing::Test {
     nlohmann::json answerOf(const std::vector<std::string>& arguments) const;
 
     TemporaryDirectory directory;
+    std::string workingDirectory;  ///< of the program, empty for the test's own
 };
 
 /// Expects that a run failed with this exit code, an empty answer and this text among its

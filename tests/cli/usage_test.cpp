@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace lanecfg_test {
 namespace {
 
@@ -21,35 +23,62 @@ TEST_F(CommandLine, TellsItsVersion) {
     EXPECT_THAT(result.output, testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
+std::vector<std::string> requestSubcommands() {
+    return {"attributes", "snapshot", "log", "memory", "update-elf"};
+}
+
+std::vector<std::string> databaseSubcommands() {
+    std::vector<std::string> words = requestSubcommands();
+    words.insert(words.end(), {"families", "check-database"});
+    return words;
+}
+
+std::vector<std::string> allSubcommands() {
+    std::vector<std::string> words = databaseSubcommands();
+    words.insert(words.end(), {"models", "model-update"});
+    return words;
+}
+
 TEST_F(CommandLine, HelpListsEverySubcommandAndTheExitCodes) {
     const ProgramResult result = run({"--help"});
     EXPECT_EQ(result.exitCode, 0);
-    for (const char* const word : {"attributes", "snapshot", "log", "families", "check-database",
-                                   "models", "model-update", "Exit codes: 0 done"}) {
-        EXPECT_THAT(result.output, HasSubstr(word));
+    for (const std::string& word : allSubcommands()) {
+        EXPECT_THAT(result.output, HasSubstr("\n  " + word + " "));
     }
+    EXPECT_THAT(result.output, HasSubstr("Exit codes: 0 done"));
 }
 
-/// What a subcommand needs on its command line.
+/// What a subcommand needs on its command line besides a request.
 std::vector<std::string> neededArguments(const std::string& subcommand) {
-    if (subcommand == "families" || subcommand == "check-database" || subcommand == "models") {
-        return {};
+    if (subcommand == "update-elf") {
+        return {"--elf", "firmware.elf", "--work-dir", "quad"};
     }
     if (subcommand == "model-update") {
         return {"corvane:ip:gt_subcore_ip:1.0", "TXPROGDIV_FREQ_ENABLE"};
     }
-    return {requestPath("sxa_basic")};
+    return {};
 }
 
 class Subcommand : public CommandLine, public testing::WithParamInterface<std::string> {
   protected:
-    /// Runs the subcommand with all that it needs and one thing more.
-    ProgramResult runWith(const std::vector<std::string>& more) const {
+    /// Runs the subcommand with what it needs besides a request, and more.
+    ProgramResult runWithoutRequest(const std::vector<std::string>& more) const {
         std::vector<std::string> arguments = {GetParam()};
         const std::vector<std::string> needed = neededArguments(GetParam());
         arguments.insert(arguments.end(), needed.begin(), needed.end());
         arguments.insert(arguments.end(), more.begin(), more.end());
         return run(arguments);
+    }
+
+    /// Runs the subcommand with all that it needs, and more.
+    ProgramResult runWith(const std::vector<std::string>& more) const {
+        const std::vector<std::string> subcommands = requestSubcommands();
+        std::vector<std::string> arguments;
+        if (std::find(subcommands.begin(), subcommands.end(), GetParam()) != subcommands.end()) {
+            arguments.push_back(requestPath("sxa_basic"));
+        }
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return runWithoutRequest(arguments);
     }
 };
 
@@ -72,10 +101,7 @@ TEST_P(Subcommand, TakesNoEmptyNameOfTheAnswer) {
     expectFailure(runWith({"-o", ""}), 2, "--output: the value is empty");
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, Subcommand,
-                         testing::Values("attributes", "snapshot", "log", "families",
-                                         "check-database", "models", "model-update"),
-                         CaseName());
+INSTANTIATE_TEST_SUITE_P(Each, Subcommand, testing::ValuesIn(allSubcommands()), CaseName());
 
 class DatabaseSubcommand : public Subcommand {};
 
@@ -83,36 +109,34 @@ TEST_P(DatabaseSubcommand, TakesNoEmptyNameOfTheDatabase) {
     expectFailure(runWith({"--database", ""}), 2, "--database: the value is empty");
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, DatabaseSubcommand,
-                         testing::Values("attributes", "snapshot", "log", "families",
-                                         "check-database"),
+INSTANTIATE_TEST_SUITE_P(Each, DatabaseSubcommand, testing::ValuesIn(databaseSubcommands()),
                          CaseName());
 
-class RequestSubcommand : public CommandLine, public testing::WithParamInterface<std::string> {};
+class RequestSubcommand : public Subcommand {};
 
 TEST_P(RequestSubcommand, NeedsARequest) {
-    expectFailure(run({GetParam()}), 2, "request is required");
+    expectFailure(runWithoutRequest({}), 2, "request is required");
 }
 
 TEST_P(RequestSubcommand, TakesOneRequest) {
     const std::string file = requestPath("sxa_basic");
-    expectFailure(run({GetParam(), file, file}), 2, file);
+    expectFailure(runWith({file}), 2, file);
 }
 
 TEST_P(RequestSubcommand, TakesNoUnknownFamily) {
-    expectFailure(run({GetParam(), requestPath("sxa_basic"), "--family", "SXZ"}), 2, "SXZ");
+    expectFailure(runWith({"--family", "SXZ"}), 2, "SXZ");
 }
 
 TEST_P(RequestSubcommand, TakesNoUnknownSelector) {
-    expectFailure(run({GetParam(), requestPath("sxa_basic"), "--selector", "newest"}), 2, "newest");
+    expectFailure(runWith({"--selector", "newest"}), 2, "newest");
 }
 
 TEST_P(RequestSubcommand, TakesNoPartWithTheFileForm) {
-    expectFailure(run({GetParam(), requestPath("sxa_basic"), "--part", "a-b-c-d-e-f-g"}), 2,
+    expectFailure(runWith({"--part", "a-b-c-d-e-f-g"}), 2,
                   "has the file form (\"laneUsage\" is no object), which takes no part name");
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, RequestSubcommand, testing::Values("attributes", "snapshot", "log"),
+INSTANTIATE_TEST_SUITE_P(Each, RequestSubcommand, testing::ValuesIn(requestSubcommands()),
                          CaseName());
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "elf_work_directory.h"
+#include "elf/elf_work_directory.h"
 
 #include <lanecfg/host/ToolFork.h>
 

@@ -1,6 +1,6 @@
 #include "elf/rate_table_update.h"
 
-#include "elf_work_directory.h"
+#include "elf/elf_work_directory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,29 +1,30 @@
-#include "elf_work_directory.h"
+#include "elf/elf_delivery.h"
 #include "support/reference_data.h"
 #include "support/run_program.h"
 
-#include <lanecfg/lane_cfg_elf_updator.h>
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <iterator>
 #include <random>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 using lanecfg_test::awkwardName;
-using lanecfg_test::ElfWorkDirectory;
+using lanecfg_test::bytesPerWord;
+using lanecfg_test::Delivery;
+using lanecfg_test::digitsOf;
+using lanecfg_test::firmwareFile;
 using lanecfg_test::readFile;
-using sable_lanecfg::lane_cfg_elf_updator;
+using lanecfg_test::runOrThrow;
+using lanecfg_test::sectionBytes;
+using lanecfg_test::wordList;
+using lanecfg_test::wordsOfText;
 using sable_lanecfg::lane_cfg_ip_mgr;
 using testing::Each;
 using testing::HasSubstr;
@@ -32,48 +33,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using wordList = std::vector<std::uint32_t>;
-
-constexpr std::size_t bytesPerWord = 4;
-constexpr std::size_t sectionBytes = 8192;
-
-std::string firmwareFile(const std::string& name) {
-    return (lanecfg_test::dataFolder() / "firmware" / name).string();
-}
-
 lanecfg_test::ProgramResult run(const std::string& program,
                                 const std::vector<std::string>& arguments) {
     lanecfg_test::ProgramStart start;
     start.arguments = arguments;
     return lanecfg_test::runProgram(program, start);
-}
-
-void runOrThrow(const std::string& program, const std::vector<std::string>& arguments) {
-    const lanecfg_test::ProgramResult result = run(program, arguments);
-    if (result.exitCode != 0) {
-        throw std::runtime_error(program + ": " + result.errors);
-    }
-}
-
-std::string digitsOf(const wordList& words) {
-    std::string digits;
-    for (const std::uint32_t word : words) {
-        digits += std::bitset<32>(word).to_string();
-    }
-    return digits;
-}
-
-/// Words of bytes that begin with the least significant one.
-wordList wordsOf(const std::string& bytes) {
-    wordList words;
-    for (std::size_t start = 0; start + bytesPerWord <= bytes.size(); start += bytesPerWord) {
-        std::uint32_t word = 0;
-        for (std::size_t byte = bytesPerWord; byte-- > 0;) {
-            word = word << 8U | static_cast<unsigned char>(bytes[start + byte]);
-        }
-        words.push_back(word);
-    }
-    return words;
 }
 
 wordList randomWords(std::size_t count, unsigned seed) {
@@ -82,40 +46,6 @@ wordList randomWords(std::size_t count, unsigned seed) {
     std::generate(words.begin(), words.end(), [&] { return static_cast<std::uint32_t>(random()); });
     return words;
 }
-
-/// A work directory with the delivered script, the object-copy tool and a small ELF.
-class Delivery {
-  public:
-    explicit Delivery(const std::string& directory = "work",
-                      const std::string& elfName = "firmware.elf")
-        : work(directory), elfFile(work.outside().file(elfName)) {
-        work.addObjectCopyTool();
-        fs::copy_file(firmwareFile("update_elf.sh"), work.scriptFile());
-        runOrThrow(firmwareFile("make_elf.sh"), {elfFile, std::to_string(sectionBytes)});
-    }
-
-    bool update(const std::string& digits) const { return update(digits, elfFile); }
-    bool update(const std::string& digits, const std::string& elf) const {
-        return lane_cfg_elf_updator("quad", digits, elf, work.path()).updateElf();
-    }
-
-    std::string section(const std::string& name) const {
-        const std::string dump = work.outside().file("section");
-        runOrThrow(work.toolFile(), {"--dump-section", name + "=" + dump, elfFile,
-                                     work.outside().file("unchanged")});
-        return readFile(dump);
-    }
-
-    /// The ELF's section is the table with words of 0 behind it, and keeps its size.
-    void expectTable(const wordList& table) const {
-        wordList expected = table;
-        expected.resize(sectionBytes / bytesPerWord);
-        EXPECT_EQ(wordsOf(section(".rate_table")), expected);
-    }
-
-    const ElfWorkDirectory work;
-    const std::string elfFile;
-};
 
 class UpdateElfScript : public testing::Test {
   protected:
@@ -234,17 +164,6 @@ TEST(UpdateElfScriptPaths, TakeARelativeElfFromTheBaseOfTheWorkDirectory) {
     ASSERT_TRUE(delivery.update(digitsOf({7, 8}), "-firmware.elf"))
         << readFile(delivery.work.logFile());
     delivery.expectTable({7, 8});
-}
-
-/// Words of the text form, eight hexadecimal digits each below a header line.
-wordList wordsOfText(const std::string& text) {
-    std::istringstream stream(text.substr(text.find('\n')));
-    wordList words;
-    std::transform(std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>(),
-                   std::back_inserter(words), [](const std::string& word) {
-                       return static_cast<std::uint32_t>(std::stoul(word, nullptr, 16));
-                   });
-    return words;
 }
 
 class UpdateElfOfARequest : public testing::TestWithParam<std::string> {};

@@ -20,6 +20,8 @@ using Work = std::function<ExitCode(Console&)>;
 void addAttributesCommand(CLI::App& program, Work& chosen);
 void addSnapshotCommand(CLI::App& program, Work& chosen);
 void addLogCommand(CLI::App& program, Work& chosen);
+void addMemoryCommand(CLI::App& program, Work& chosen);
+void addUpdateElfCommand(CLI::App& program, Work& chosen);
 void addCheckDatabaseCommand(CLI::App& program, Work& chosen);
 void addFamiliesCommand(CLI::App& program, Work& chosen);
 void addModelsCommand(CLI::App& program, Work& chosen);

@@ -124,12 +124,11 @@ ConfiguredInstance::~ConfiguredInstance() {
 }
 
 template <class Query>
-textMap ConfiguredInstance::ask(const char* what, const Query& query) {
+auto ConfiguredInstance::ask(const char* what, const Query& query) {
     console_.progress(std::string("Asking for the ") + what);
     try {
         const StandardOutputGuard guard;
-        const textMap answer =
-            query(instanceName, request_.rules->family, request_.rules->selector);
+        auto answer = query(instanceName, request_.rules->family, request_.rules->selector);
         console_.endProgress();
         return answer;
     } catch (...) {
@@ -148,6 +147,18 @@ textMap ConfiguredInstance::outputClocks() {
 
 textMap ConfiguredInstance::memoryImage() {
     return ask("memory image", lane_cfg_ip_mgr::getMemContent);
+}
+
+bool ConfiguredInstance::updateElf(const std::string& elfFile, const std::string& workDir) {
+    return ask("ELF update", [&](const std::string& name, const std::string& family,
+                                 const std::string& selector) {
+        try {
+            return lane_cfg_ip_mgr::updateELF(name, family, selector, elfFile, workDir) == 1;
+        } catch (const std::string& text) {
+            // A whole message here, where texts thrown by rules are names of variables.
+            throw RequestError(text);
+        }
+    });
 }
 
 std::vector<std::string> ConfiguredInstance::log() {

@@ -16,7 +16,7 @@ namespace sable_lanecfg::tool {
 ///
 /// Making the rate table clears the log and adjusts snapshots. A subcommand with several answers
 /// asks in this order: attributes, output clocks, memory image, fabric memory, table size; and
-/// for the log after the memory image.
+/// for the log after the memory image. An ELF update makes the rate table too.
 class ConfiguredInstance {
   public:
     /// Runs the request. Throws RequestError when no instance comes of it.
@@ -31,6 +31,9 @@ class ConfiguredInstance {
     textMap outputClocks();
     /// Memory image, section text by load address.
     textMap memoryImage();
+    /// Puts the rate table into a firmware ELF with the script of the work directory, both absolute
+    /// paths. False when the update failed.
+    bool updateElf(const std::string& elfFile, const std::string& workDir);
     /// Log lines since the last rate table.
     static std::vector<std::string> log();
 
@@ -39,7 +42,7 @@ class ConfiguredInstance {
 
   private:
     template <class Query>
-    textMap ask(const char* what, const Query& query);
+    auto ask(const char* what, const Query& query);
 
     const Request& request_;
     Console& console_;

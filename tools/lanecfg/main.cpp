@@ -16,6 +16,8 @@ void addCommands(CLI::App& program, Work& chosen) {
     addAttributesCommand(program, chosen);
     addSnapshotCommand(program, chosen);
     addLogCommand(program, chosen);
+    addMemoryCommand(program, chosen);
+    addUpdateElfCommand(program, chosen);
     addFamiliesCommand(program, chosen);
     addModelsCommand(program, chosen);
     addModelUpdateCommand(program, chosen);

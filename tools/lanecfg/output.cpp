@@ -16,7 +16,9 @@ constexpr unsigned jsonIndent = 2;
 std::string textForm(const Answer& answer) {
     std::string result;
     // An empty table says nothing beside a remark.
-    if (!answer.table.rows.empty() || answer.remarks.empty()) {
+    if (answer.text) {
+        result = *answer.text;
+    } else if (!answer.table.rows.empty() || answer.remarks.empty()) {
         result = alignedText(answer.table);
     }
     for (const std::string& remark : answer.remarks) {

@@ -22,6 +22,7 @@ struct OutputOptions {
 struct Answer {
     Table table;
     std::optional<Json> document;      ///< JSON form, the rows of the table unless given
+    std::optional<std::string> text;   ///< form for people, the aligned table unless given
     std::vector<std::string> remarks;  ///< lines that end the form for people
 };
 
