@@ -55,6 +55,33 @@ TEST_F(ModelUpdateCommand, TellsThatNothingChanges) {
     EXPECT_EQ(answer.at("editable"), false);
 }
 
+TEST_F(ModelUpdateCommand, TellsAValueThatCanNoLongerBeEdited) {
+    const json answer =
+        answerTo(subcore, "TX_QPLL_FRACN_NUMERATOR",
+                 {"TX_PLL_TYPE=LCPLL", "TX_LINE_RATE=16.376", "TX_QPLL_FRACN_NUMERATOR=13"});
+    EXPECT_EQ(answer.at("values").at("PARAM_VALUE.TX_QPLL_FRACN_NUMERATOR"), "0");
+    EXPECT_EQ(answer.at("changed"), json({"PARAM_VALUE.TX_QPLL_FRACN_NUMERATOR"}));
+    EXPECT_EQ(answer.at("editable"), false);
+}
+
+TEST_F(ModelUpdateCommand, TellsTheOfferedValuesInTheirOrder) {
+    // 10000 * R * M / (2 * N * D) in single precision, between 80 and 1400.
+    const json answer =
+        answerTo(subcore, "TX_REFCLK_FREQUENCY", {"TX_PLL_TYPE=RPLL", "TX_LINE_RATE=10"});
+    EXPECT_EQ(answer.at("values").at("PARAM_VALUE.TX_REFCLK_FREQUENCY"), "250.0000000");
+    EXPECT_EQ(answer.at("offered"),
+              json({"200.0000000", "250.0000000", "312.5000000", "333.3333435", "400.0000000",
+                    "416.6666565", "500.0000000", "625.0000000", "666.6666870", "800.0000000",
+                    "833.3333130", "1000.0000000", "1250.0000000", "1333.3333740"}));
+}
+
+TEST_F(ModelUpdateCommand, WritesARowForEachOfferedValue) {
+    const ProgramResult result =
+        update(subcore, "RXPROGDIV_FREQ_SOURCE", {"RX_PLL_TYPE=RPLL", "--format", "csv"});
+    EXPECT_THAT(result.output, HasSubstr("\neditable,PARAM_VALUE.RXPROGDIV_FREQ_SOURCE,no\n"
+                                         "offered,PARAM_VALUE.RXPROGDIV_FREQ_SOURCE,RPLL\n"));
+}
+
 TEST_F(ModelUpdateCommand, EntersParametersThatAreNotGivenAsEmpty) {
     const json answer = answerTo(subcore, "RXPROGDIV_FREQ_ENABLE", {});
     EXPECT_EQ(answer.at("values"), json({{"PARAM_VALUE.RXPROGDIV_FREQ_ENABLE", "false"},
@@ -135,6 +162,19 @@ TEST_F(ModelUpdateCommand, WithAParameterGivenTwiceIsWrongUsage) {
         expectFailure(update(subcore, "TXPROGDIV_FREQ_ENABLE", {"TX_OUTCLK_SOURCE=a", again}), 2,
                       "PARAM_VALUE.TX_OUTCLK_SOURCE is given twice.");
     }
+}
+
+TEST_F(ModelUpdateCommand, WithATextWhereANumberIsTakenIsWrongUsageAndNamesIt) {
+    expectFailure(update(subcore, "TX_REFCLK_FREQUENCY", {"TX_PLL_TYPE=RPLL", "TX_LINE_RATE=fast"}),
+                  2, "The procedure takes a number where PARAM_VALUE.TX_LINE_RATE is \"fast\".");
+}
+
+TEST_F(ModelUpdateCommand, NamesEveryTextWhereANumberIsTaken) {
+    expectFailure(update(subcore, "TX_REFCLK_FREQUENCY",
+                         {"TX_LINE_RATE=fast", "TX_QPLL_FRACN_NUMERATOR=1/2"}),
+                  2,
+                  "PARAM_VALUE.TX_LINE_RATE is \"fast\" and "
+                  "PARAM_VALUE.TX_QPLL_FRACN_NUMERATOR is \"1/2\".");
 }
 
 TEST_F(ModelUpdateCommand, NeedsIdentifierAndProcedure) {

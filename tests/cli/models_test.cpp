@@ -7,6 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Pair;
 
 class ModelsCommand : public CommandLine {
   protected:
@@ -48,6 +49,16 @@ TEST_F(ModelsCommand, TellsTheArgumentsOfTheProceduresOfEveryModel) {
             nlohmann::json({"PARAM_VALUE.TXPROGDIV_FREQ_ENABLE", "PARAM_VALUE.TX_OUTCLK_SOURCE"}))
             << identifier;
     }
+}
+
+TEST_F(ModelsCommand, ListsEveryProcedureOfAModel) {
+    std::map<std::string, int> procedures;
+    for (const nlohmann::json& row : answerOf({"models"})) {
+        ++procedures[row.at("identifier")];
+    }
+    EXPECT_THAT(procedures, ElementsAre(Pair("corvane:ip:gt_subcore_ip:1.0", 12),
+                                        Pair("corvane:ip:sable_gt_subcore_ip:99.9", 12),
+                                        Pair("corvane:ip:sxd_lane_cfg_brightspan:1.0", 8)));
 }
 
 TEST_F(ModelsCommand, WritesALineForEachProcedure) {
