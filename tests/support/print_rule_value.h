@@ -11,7 +11,8 @@
 // list or a blank.
 namespace boost {
 
-inline void PrintTo(const sable_lanecfg::ruleValue& value, std::ostream* output) {
+template <class... Types>
+void PrintTo(const boost::variant<Types...>& value, std::ostream* output) {
     boost::apply_visitor([output](const auto& held) { *output << ::testing::PrintToString(held); },
                          value);
 }

@@ -1,0 +1,155 @@
+#include "packing/packing_request.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+namespace lanecfg_test {
+
+using sable_lanecfg::channelUsageInfo;
+using sable_lanecfg::gt_quad_packing;
+using sable_lanecfg::ruleValue;
+
+namespace {
+
+constexpr std::size_t lanesOfQuad = 4;
+
+std::string lanesOfDual(int dual) {
+    return dual == 0 ? "lanes 0 and/or 1" : "lanes 2 and/or 3";
+}
+
+}  // namespace
+
+RateSettings rateOf(double lineRate, const std::string& pll, double refclk,
+                    const std::string& source) {
+    RateSettings settings;
+    settings.lineRate = lineRate;
+    settings.pll = pll;
+    settings.refclk = refclk;
+    settings.source = source;
+    return settings;
+}
+
+std::map<std::string, ruleValue> parametersOf(int direction, const RateSettings& settings) {
+    const std::string word = direction == transmit ? "TX" : "RX";
+    const std::string coding = direction == transmit ? "_DATA_ENCODING" : "_DATA_DECODING";
+    std::map<std::string, ruleValue> parameters{
+        {word + "_LINE_RATE", settings.lineRate},
+        {word + "_PLL_TYPE", settings.pll},
+        {word + "_REFCLK_FREQUENCY", settings.refclk},
+        {word + "_REFCLK_SOURCE", settings.source},
+        {word + coding, settings.coding},
+        {word + "_INT_DATA_WIDTH", settings.intDataWidth},
+        {word + "_USER_DATA_WIDTH", settings.userDataWidth},
+        {word + "_RATE_GROUP", settings.group},
+        {word + "PROGDIV_FREQ_ENABLE", settings.hasDivider},
+        {word + "PROGDIV_FREQ_SOURCE", settings.dividerPll},
+        {word + "PROGDIV_FREQ_VAL", settings.dividerFrequency}};
+    if (direction == transmit) {
+        parameters["TX_BUFFER_MODE"] = settings.bufferMode;
+        parameters["TX_PIPM_ENABLE"] = settings.isInterpolating;
+    }
+    return parameters;
+}
+
+PackingRequest::PackingRequest()
+    : userParams(2, std::vector<std::vector<std::map<std::string, ruleValue>>>(lanesOfQuad)),
+      limits{{"FLCPLLRANGE_MIN", {"8.0"}},
+             {"FLCPLLRANGE_MAX", {"16.375"}},
+             {"FRPLLRANGE_MIN", {"4.0"}},
+             {"FRPLLRANGE_MAX", {"8.0"}}} {}
+
+void PackingRequest::enter(int direction, int lane, const std::vector<RateSettings>& rates) {
+    auto& slots =
+        userParams.at(static_cast<std::size_t>(direction)).at(static_cast<std::size_t>(lane));
+    slots.clear();
+    for (const RateSettings& rate : rates) {
+        slots.push_back(parametersOf(direction, rate));
+    }
+}
+
+PackingRequest& PackingRequest::add(int direction, int lane, const std::vector<RateSettings>& rates,
+                                    const std::string& pin) {
+    enter(direction, lane, rates);
+    channelUsageInfo channel;
+    (direction == transmit ? channel.tx : channel.rx) = {lane};
+    (direction == transmit ? channel.txrate : channel.rxrate) = {pin};
+    channel.rates.resize(rates.size());
+    std::iota(channel.rates.begin(), channel.rates.end(), 0);
+    channels.push_back(channel);
+    return *this;
+}
+
+PackingRequest& PackingRequest::addBoth(int lane, const std::vector<RateSettings>& rates,
+                                        const std::string& pin) {
+    add(transmit, lane, rates, pin);
+    enter(receive, lane, rates);
+    channels.back().rx = {lane};
+    channels.back().rxrate = {pin};
+    return *this;
+}
+
+std::map<std::string, ruleValue>& PackingRequest::parametersAt(int direction, int lane, int rate) {
+    return userParams.at(static_cast<std::size_t>(direction))
+        .at(static_cast<std::size_t>(lane))
+        .at(static_cast<std::size_t>(rate));
+}
+
+gt_quad_packing PackingRequest::packing() const {
+    return gt_quad_packing(channels, {}, userParams, {}, limits);
+}
+
+std::vector<std::string> PackingRequest::reasons() const {
+    const std::map<int, std::string> messages = packing().canBePacked(false);
+    int number = 1;
+    for (const auto& [key, text] : messages) {
+        EXPECT_EQ(key, number++) << text;
+    }
+    return textsOf(messages);
+}
+
+std::vector<std::string> textsOf(const std::map<int, std::string>& messages) {
+    std::vector<std::string> texts;
+    for (const auto& [number, text] : messages) {
+        texts.push_back(text);
+    }
+    return texts;
+}
+
+std::string noVcoText(const std::string& pll, int dual, int rate) {
+    return "DualLevelCheck: Cannot be packed because there is no VCO frequency solution for the " +
+           pll + " used in " + lanesOfDual(dual) + " at rate " + std::to_string(rate) + "\n";
+}
+
+std::string clockMismatchText(const std::string& pll, int dual) {
+    return "DualLevelCheck: Cannot be packed because the reference clock frequencies connected to "
+           "the " +
+           pll + " used in " + lanesOfDual(dual) + " are not compatible\n";
+}
+
+std::string sourceMismatchText(const std::string& pll, int dual) {
+    return "DualLevelCheck: Cannot be packed because the reference clock sources connected to "
+           "the " +
+           pll + " used in " + lanesOfDual(dual) + " are not compatible\n";
+}
+
+std::string independentBypassText(int txRate, int rxRate, int lane) {
+    return "ChannelLevelCheck: Invalid ILO configuration at TX rate " + std::to_string(txRate) +
+           " and RX rate" + std::to_string(rxRate) + " in LANE_" + std::to_string(lane) +
+           ". TX Buffer bypass or TXPIPPM can only be used when both TX and RX are connected to "
+           "the same PLL.\n";
+}
+
+std::string commonBypassText(int rate, int lane) {
+    return "ChannelLevelCheck: Invalid ILO configuration at TX and RX rate " +
+           std::to_string(rate) + " in lane " + std::to_string(lane) +
+           ". TX Buffer bypass or TXPIPPM can only be used when both TX and RX are connected to "
+           "the same PLL.\n";
+}
+
+std::string connectionsText() {
+    return "QuadLevelCheck: Cannot be packed because the requested reference clock sources and "
+           "frequencies exceed 6 connections into the Quad!!!!\n";
+}
+
+}  // namespace lanecfg_test
