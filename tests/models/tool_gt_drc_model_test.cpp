@@ -216,6 +216,12 @@ INSTANTIATE_TEST_SUITE_P(
         reference("OfTheLcpllIsTheFirstOfALaterPreDivider",
                   {{"TX_PLL_TYPE", "LCPLL"}, {"TX_LINE_RATE", "0.03515625"}}, "86.5384598",
                   {"80.3571396", "86.5384598"}),
+        // 64 * 43.5 by 26 to 34, and 48 * 43.5 by 26. The dividers come before the unit: 48 *
+        // 0.0435 is 2.0879998 in single precision, and a thousand of it is less than 48 * 43.5.
+        reference("OfTheLcpllMultipliesDividersAndRateBeforeTheUnit",
+                  {{"TX_PLL_TYPE", "LCPLL"}, {"TX_LINE_RATE", "0.0435"}}, "80.3076859",
+                  {"80.3076859", "81.8823547", "87.0000000", "92.8000031", "99.4285736",
+                   "107.0769196"}),
         reference("StaysAtALineRateOfZero", {{"TX_PLL_TYPE", "LCPLL"}, {"TX_LINE_RATE", "0"}},
                   before, {}),
         reference("OfTheRpllStaysAtALineRateOfZero",
