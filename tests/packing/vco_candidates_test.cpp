@@ -1,4 +1,4 @@
-#include "packing/packing_request.h"
+#include "support/packing_request.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

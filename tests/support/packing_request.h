@@ -1,6 +1,10 @@
 #pragma once
 
+#include "support/small_database.h"
+
 #include <lanecfg/gt_quad_packing.h>
+
+#include <nlohmann/json.hpp>
 
 #include <map>
 #include <string>
@@ -52,8 +56,18 @@ class PackingRequest {
                                                                   int rate = 0);
 
     sable_lanecfg::gt_quad_packing packing() const;
-    /// Texts of `canBePacked`, whose numbers are checked to run from 1.
+    /// Texts of `canBePacked`.
     std::vector<std::string> reasons() const;
+
+    /// The request as a file of the SXB family.
+    nlohmann::json fileForm() const;
+    /// The request as the host's dictionaries.
+    sable_lanecfg::laneUsageMap laneUsage() const;
+    sable_lanecfg::userParamMap userParamDictionary() const;
+    /// The request in the dictionary form of a file.
+    nlohmann::json dictionaryForm() const;
+    /// A database that has the parameters and limits of the request, with the request's file.
+    SmallDatabase database() const;
 
     std::vector<sable_lanecfg::channelUsageInfo> channels;
     sable_lanecfg::userParamStore userParams;

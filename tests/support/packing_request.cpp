@@ -1,6 +1,7 @@
-#include "packing/packing_request.h"
+#include "support/packing_request.h"
 
-#include <gtest/gtest.h>
+#include <boost/algorithm/string/join.hpp>
+#include <boost/variant.hpp>
 
 #include <numeric>
 
@@ -8,11 +9,43 @@ namespace lanecfg_test {
 
 using sable_lanecfg::channelUsageInfo;
 using sable_lanecfg::gt_quad_packing;
+using sable_lanecfg::laneUsageMap;
 using sable_lanecfg::ruleValue;
+using sable_lanecfg::textMap;
+using sable_lanecfg::userParamMap;
 
 namespace {
 
 constexpr std::size_t lanesOfQuad = 4;
+
+/// Values in their own types; only those that a request sets.
+struct jsonConverter : boost::static_visitor<nlohmann::json> {
+    nlohmann::json operator()(const boost::blank& /*value*/) const { return nullptr; }
+    template <class Value>
+    nlohmann::json operator()(const Value& value) const {
+        return value;
+    }
+};
+
+nlohmann::json jsonOf(const std::map<std::string, ruleValue>& values) {
+    nlohmann::json result = nlohmann::json::object();
+    for (const auto& [name, value] : values) {
+        result[name] = boost::apply_visitor(jsonConverter(), value);
+    }
+    return result;
+}
+
+/// An absent list is told from an empty text, which would be one number.
+void enterNumbers(sable_lanecfg::textMap& entry, const std::string& key,
+                  const std::vector<int>& numbers) {
+    std::vector<std::string> texts;
+    for (const int number : numbers) {
+        texts.push_back(std::to_string(number));
+    }
+    if (!texts.empty()) {
+        entry[key] = boost::algorithm::join(texts, ",");
+    }
+}
 
 std::string lanesOfDual(int dual) {
     return dual == 0 ? "lanes 0 and/or 1" : "lanes 2 and/or 3";
@@ -100,12 +133,94 @@ gt_quad_packing PackingRequest::packing() const {
 }
 
 std::vector<std::string> PackingRequest::reasons() const {
-    const std::map<int, std::string> messages = packing().canBePacked(false);
-    int number = 1;
-    for (const auto& [key, text] : messages) {
-        EXPECT_EQ(key, number++) << text;
+    return textsOf(packing().canBePacked(false));
+}
+
+nlohmann::json PackingRequest::fileForm() const {
+    nlohmann::json lanes = nlohmann::json::array();
+    for (const channelUsageInfo& channel : channels) {
+        lanes.push_back({{"group", "A"},
+                         {"tx", channel.tx},
+                         {"rx", channel.rx},
+                         {"txrate", channel.txrate},
+                         {"rxrate", channel.rxrate},
+                         {"rates", channel.rates}});
     }
-    return textsOf(messages);
+    nlohmann::json parameters = nlohmann::json::array();
+    for (const auto& direction : userParams) {
+        nlohmann::json& lanesOfDirection = parameters.emplace_back(nlohmann::json::array());
+        for (const auto& lane : direction) {
+            nlohmann::json& rates = lanesOfDirection.emplace_back(nlohmann::json::array());
+            for (const auto& rate : lane) {
+                rates.push_back(jsonOf(rate));
+            }
+        }
+    }
+    return {{"family", "SXB"},
+            {"quadUsage", nlohmann::json::object()},
+            {"laneUsage", lanes},
+            {"userParams", parameters}};
+}
+
+laneUsageMap PackingRequest::laneUsage() const {
+    laneUsageMap usage;
+    for (const channelUsageInfo& channel : channels) {
+        textMap& entry = usage[std::to_string(usage.size())];
+        enterNumbers(entry, "tx", channel.tx);
+        enterNumbers(entry, "rx", channel.rx);
+        enterNumbers(entry, "rates", channel.rates);
+        entry["txrate"] = boost::algorithm::join(channel.txrate, ",");
+        entry["rxrate"] = boost::algorithm::join(channel.rxrate, ",");
+    }
+    return usage;
+}
+
+userParamMap PackingRequest::userParamDictionary() const {
+    const std::vector<std::string> sections{"TX_SETTINGS", "RX_SETTINGS"};
+    userParamMap result;
+    for (std::size_t direction = 0; direction < userParams.size(); ++direction) {
+        auto& lanes = result[sections.at(direction)];
+        for (const auto& lane : userParams[direction]) {
+            auto& rates = lanes["CH" + std::to_string(lanes.size())];
+            for (const auto& rate : lane) {
+                textMap& values = rates["LR" + std::to_string(rates.size()) + "_SETTINGS"];
+                const nlohmann::json parameters = jsonOf(rate);
+                for (const auto& [name, value] : parameters.items()) {
+                    values[name] = value.is_string() ? value.get<std::string>() : value.dump();
+                }
+            }
+        }
+    }
+    return result;
+}
+
+nlohmann::json PackingRequest::dictionaryForm() const {
+    return {{"family", "SXB"},
+            {"part", "sb100-pkg676-2-e-lane-es2-tessera"},
+            {"quadUsage", nlohmann::json::object()},
+            {"laneUsage", laneUsage()},
+            {"userParams", userParamDictionary()}};
+}
+
+SmallDatabase PackingRequest::database() const {
+    SmallDatabase database;
+    database.request = fileForm();
+    for (const int direction : {transmit, receive}) {
+        const nlohmann::json parameters = jsonOf(parametersOf(direction, {}));
+        for (const auto& [name, value] : parameters.items()) {
+            const std::string type = value.is_string()         ? "string"
+                                     : value.is_boolean()      ? "bool"
+                                     : value.is_number_float() ? "double"
+                                                               : "int";
+            database.parameters[name] = {
+                {"type", type},
+                {"description", ""},
+                {"default_value", value.is_string() ? value.get<std::string>() : value.dump()}};
+        }
+    }
+    database.device = nlohmann::json::object();
+    database.device["-3"] = limits;
+    return database;
 }
 
 std::vector<std::string> textsOf(const std::map<int, std::string>& messages) {
