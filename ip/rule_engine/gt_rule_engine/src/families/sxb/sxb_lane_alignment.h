@@ -1,0 +1,18 @@
+#pragma once
+
+#include "families/common/catalogue_rules.h"
+#include "families/sxb/sxb_lane_side.h"
+
+#include <string>
+
+namespace sable_lanecfg {
+
+/// Adds the alignment of the user clocks of many lanes as both directions have it.
+/// `multiLaneCount` is the field, with its register, of the phase count of a lane among many.
+void addLaneAlignmentRules(logicRules& rules, const laneSide& side,
+                           const std::string& multiLaneCount);
+
+/// Field that is 0 for one word of a text variable, else 1.
+ruleDeclarer zeroForWord(const std::string& textName, const std::string& word);
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "families/common/rule_declaration.h"
+
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+
+/// What the internal data width decides in the clock data recovery.
+struct recoveryWidths {
+    unsigned int analogueWidth = 0;  ///< of adaptation, recovery and deserialiser
+    unsigned int overridesAnalogue = 0;
+    unsigned int dataWidth = 0;
+    unsigned int selectMode = 0;
+};
+
+/// A PCIe rate and internal width with settings of their own.
+struct pcieRecoveryCase {
+    double lineRate;  ///< Gb/s
+    unsigned int internalWidth;
+    recoveryWidths widths;
+};
+
+/// The recovery rule: 17 fields, and the PCIe cases that override what the width gives. With
+/// `laterSiliconOnly` the first silicon keeps what the width gives, and the rule reads the
+/// revision.
+ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool laterSiliconOnly);
+
+}  // namespace sable_lanecfg

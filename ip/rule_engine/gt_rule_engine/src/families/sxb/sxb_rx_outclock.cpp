@@ -1,0 +1,108 @@
+#include "families/sxb/sxb_coding.h"
+#include "families/sxb/sxb_outclock.h"
+#include "families/sxb/sxb_rx_catalogue.h"
+#include "families/sxb/sxb_rx_rule_groups.h"
+
+#include <string>
+
+namespace sable_lanecfg {
+
+namespace {
+
+/// What the report of the receiver's output clock is made of.
+class receive_outclock {
+  public:
+    explicit receive_outclock(rule_declaration& rule)
+        : clockSource_(rule.reads<unsigned int>("CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL")),
+          widthCode_(rule.reads<unsigned int>("RX_PCS_CFG0.RX_DATA_WIDTH")),
+          lineRate_(rule.reads<double>("RX_LINE_RATE")),
+          pllClocks_(readPllClocks(rule)),
+          control_(rule.reads<unsigned int>("PIPE_CTRL_CFG7.RXOUTCLKCTL")),
+          programmableDivider_(rule.reads<double>("INT_RXPROGDIV_SEL")),
+          outputDivider_(outputDividerBehindUnread(rule)),
+          references_(readReferenceFrequencies(rule)),
+          bypassesAligner_(rule.reads<unsigned int>("PIPE_CTRL_CFG7.RX_DA_BYP")),
+          referenceSelect_(rule.reads<unsigned int>("DA_CFG.RX_DA_REFCLK_SEL")),
+          selectors_(readReferenceSelectors(rule)),
+          transmitOutclock_(rule.reads<double>("INT_TXOUTCLK_FREQ")) {}
+
+    /// MHz.
+    double frequency() const {
+        switch (control_()) {
+            case outclockOfCodingLayer:
+            case outclockOfAnalogueLayer:
+                return wordFrequency(lineRate_(), bits());
+            case outclockOfReference:
+                return references_.of(referenceSelect_() == 1);
+            case outclockOfHalfReference:
+                return references_.of(referenceSelect_() == 1) / 2.0;
+            case outclockOfProgrammableDivider:
+                return path().clock() * 1000.0;
+            case outclockOfTransmitter:
+                return transmitOutclock_();
+            default:
+                return 1.0;
+        }
+    }
+
+    unsigned int clocksPerWord() const {
+        return control_() == outclockOfProgrammableDivider
+                   ? path().clocksPerWord(lineRate_(), bits())
+                   : 0;
+    }
+
+    /// MHz.
+    double referenceFrequency() const { return references_.of(usesLcpll()); }
+
+    std::string source() const { return referenceSource(usesLcpll(), selectors_); }
+
+  private:
+    /// The output divider of the PLL has no part in the report but is settled before it.
+    static rule_input<unsigned int> outputDividerBehindUnread(rule_declaration& rule) {
+        rule.alsoDeclares("INT_RX_OUTDIV");
+        return rule.reads<unsigned int>("INT_RXOUTCLKDIV_FOR_PROGDIV_PATH");
+    }
+
+    bool usesLcpll() const { return clockSource_() == 1; }
+    unsigned int bits() const { return bitsOfWidthCode(widthCode_()); }
+
+    programmablePath path() const {
+        return {pllClocks_.of(usesLcpll()), programmableDivider_(), bypassesAligner_() == 1,
+                outputDivider_()};
+    }
+
+    rule_input<unsigned int> clockSource_;
+    rule_input<unsigned int> widthCode_;
+    rule_input<double> lineRate_;
+    pllPair<double> pllClocks_;
+    rule_input<unsigned int> control_;
+    rule_input<double> programmableDivider_;
+    rule_input<unsigned int> outputDivider_;
+    pllPair<double> references_;
+    rule_input<unsigned int> bypassesAligner_;
+    rule_input<unsigned int> referenceSelect_;
+    pllPair<unsigned int> selectors_;
+    rule_input<double> transmitOutclock_;
+};
+
+void outclockReport(rule_declaration& rule) {
+    const receive_outclock clock(rule);
+    const auto clocksPerWord = rule.writes("RX_PHALIGN_CFG0.DAPI_BUFG_DIV");
+    const auto frequency = rule.writes<double>("INT_RXOUTCLK_FREQ");
+    const auto referenceFrequency = rule.writes<double>("INT_RXOUTCLK_REFCLK_FREQ");
+    const auto source = rule.writes<std::string>("INT_RXOUTCLK_REFCLK_SOURCE");
+    rule.body([=] {
+        clocksPerWord.set(clock.clocksPerWord());
+        frequency.set(clock.frequency());
+        referenceFrequency.set(clock.referenceFrequency());
+        source.set(clock.source());
+    });
+}
+
+}  // namespace
+
+void addRxOutclockRules(logicRules& rules) {
+    rules[std::string(sxb_rx_step::outclockReport)] = outclockReport;
+}
+
+}  // namespace sable_lanecfg

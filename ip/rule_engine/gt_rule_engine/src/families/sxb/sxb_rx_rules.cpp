@@ -1,0 +1,28 @@
+#include "families/sxb/sxb_rx_rules.h"
+
+#include "families/sxb/sxb_reset_done.h"
+#include "families/sxb/sxb_rx_catalogue.h"
+#include "families/sxb/sxb_rx_rule_groups.h"
+
+namespace sable_lanecfg {
+
+logicRules sxbRxLogicRules() {
+    logicRules rules;
+    addRxCodingRules(rules);
+    addRxCommaRules(rules);
+    addRxOutclockRules(rules);
+    addRxEqualiserRules(rules);
+    addRxRecoveryRules(rules);
+    addRxElasticBufferRules(rules);
+    addRxLatencyRules(rules);
+    addRxSequenceRules(rules);
+    addRxPhaseAlignmentRules(rules);
+    addResetDoneRules(rules, receiveSide);
+    return rules;
+}
+
+void registerSxbRxRules(gt_rule_engine& engine) {
+    registerCatalogue(engine, sxbRxCatalogue(), sxbRxLogicRules());
+}
+
+}  // namespace sable_lanecfg

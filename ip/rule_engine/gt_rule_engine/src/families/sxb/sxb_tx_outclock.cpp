@@ -1,0 +1,128 @@
+#include "families/sxb/sxb_coding.h"
+#include "families/sxb/sxb_outclock.h"
+#include "families/sxb/sxb_tx_catalogue.h"
+#include "families/sxb/sxb_tx_rule_groups.h"
+
+#include <string>
+
+namespace sable_lanecfg {
+
+namespace {
+
+/// What the report of the transmitter's output clock is made of.
+class transmit_outclock {
+  public:
+    explicit transmit_outclock(rule_declaration& rule)
+        : control_(rule.reads<unsigned int>("PIPE_CTRL_CFG7.TXOUTCLKCTL")),
+          widthCode_(rule.reads<unsigned int>("TX_PCS_CFG0.TX_DATA_WIDTH")),
+          referenceSelect_(rule.reads<unsigned int>("DA_CFG.TX_DA_REFCLK_SEL")),
+          bypassesAligner_(rule.reads<unsigned int>("PIPE_CTRL_CFG7.TX_DA_BYP")),
+          programmableClockSelect_(rule.reads<unsigned int>("CHCLK_TXPI_CFG0.TX_PROGCLK_SEL")),
+          pllClockSelect_(rule.reads<unsigned int>("CHCLK_TXPI_CFG0.TX_PLLCLK_SEL")),
+          outputDivider_(rule.reads<unsigned int>("INT_TXOUTCLKDIV_FOR_PROGDIV_PATH")),
+          programmableDivider_(rule.reads<double>("INT_TXPROGDIV_SEL")),
+          lineRate_(rule.reads<double>("TX_LINE_RATE")),
+          references_(readReferenceFrequencies(rule)),
+          pllClocks_(readPllClocks(rule)),
+          bypassesInterpolator_(rule.reads<unsigned int>("CHCLK_TXPI_CFG0.TXPI_BYPASS")),
+          clockSource_(rule.reads<unsigned int>("CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL")),
+          selectors_(readReferenceSelectors(rule)) {}
+
+    /// MHz.
+    double frequency() const {
+        switch (control_()) {
+            case outclockOfCodingLayer:
+            case outclockOfAnalogueLayer:
+                return wordFrequency(lineRate_(), bits());
+            case outclockOfReference:
+                return references_.of(referenceSelect_() == 1);
+            case outclockOfHalfReference:
+                return references_.of(referenceSelect_() == 1) / 2.0;
+            case outclockOfProgrammableDivider:
+                return path().clock() * 1000.0;
+            default:
+                return 1.0;
+        }
+    }
+
+    unsigned int clocksPerWord() const {
+        return control_() == outclockOfProgrammableDivider
+                   ? path().clocksPerWord(lineRate_(), bits())
+                   : 0;
+    }
+
+    /// MHz.
+    double referenceFrequency() const { return references_.of(reportsLcpll()); }
+
+    std::string source() const { return referenceSource(reportsLcpll(), selectors_); }
+
+  private:
+    unsigned int bits() const { return bitsOfWidthCode(widthCode_()); }
+
+    /// The phase interpolator's clock is the RPLL, whatever serves the line.
+    bool takesRpll() const { return programmableClockSelect_() == 2; }
+
+    bool reportsLcpll() const {
+        switch (control_()) {
+            case outclockOfCodingLayer:
+            case outclockOfAnalogueLayer:
+                return pllClockSelect_() == 1;
+            case outclockOfProgrammableDivider:
+                return !takesRpll() && pllClockSelect_() == 1;
+            default:
+                return referenceSelect_() == 1;
+        }
+    }
+
+    /// The PLL that clocks the programmable divider; it need not be the one reported.
+    bool dividesLcpll() const {
+        if (takesRpll()) {
+            return false;
+        }
+        const bool followsPllClock =
+            programmableClockSelect_() == 1 || bypassesInterpolator_() == 1;
+        return (followsPllClock ? pllClockSelect_() : clockSource_()) == 1;
+    }
+
+    programmablePath path() const {
+        return {pllClocks_.of(dividesLcpll()), programmableDivider_(), bypassesAligner_() == 1,
+                outputDivider_()};
+    }
+
+    rule_input<unsigned int> control_;
+    rule_input<unsigned int> widthCode_;
+    rule_input<unsigned int> referenceSelect_;
+    rule_input<unsigned int> bypassesAligner_;
+    rule_input<unsigned int> programmableClockSelect_;
+    rule_input<unsigned int> pllClockSelect_;
+    rule_input<unsigned int> outputDivider_;
+    rule_input<double> programmableDivider_;
+    rule_input<double> lineRate_;
+    pllPair<double> references_;
+    pllPair<double> pllClocks_;
+    rule_input<unsigned int> bypassesInterpolator_;
+    rule_input<unsigned int> clockSource_;
+    pllPair<unsigned int> selectors_;
+};
+
+void outclockReport(rule_declaration& rule) {
+    const transmit_outclock clock(rule);
+    const auto clocksPerWord = rule.writes("TX_PHALIGN_CFG0.DAPI_BUFG_DIV");
+    const auto frequency = rule.writes<double>("INT_TXOUTCLK_FREQ");
+    const auto referenceFrequency = rule.writes<double>("INT_TXOUTCLK_REFCLK_FREQ");
+    const auto source = rule.writes<std::string>("INT_TXOUTCLK_REFCLK_SOURCE");
+    rule.body([=] {
+        clocksPerWord.set(clock.clocksPerWord());
+        frequency.set(clock.frequency());
+        referenceFrequency.set(clock.referenceFrequency());
+        source.set(clock.source());
+    });
+}
+
+}  // namespace
+
+void addTxOutclockRules(logicRules& rules) {
+    rules[std::string(sxb_tx_step::outclockReport)] = outclockReport;
+}
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,23 @@
+#include "families/sxb/sxb_tx_rules.h"
+
+#include "families/sxb/sxb_reset_done.h"
+#include "families/sxb/sxb_tx_catalogue.h"
+#include "families/sxb/sxb_tx_rule_groups.h"
+
+namespace sable_lanecfg {
+
+logicRules sxbTxLogicRules() {
+    logicRules rules;
+    addTxCodingRules(rules);
+    addTxDriverRules(rules);
+    addTxOutclockRules(rules);
+    addTxPhaseAlignmentRules(rules);
+    addResetDoneRules(rules, transmitSide);
+    return rules;
+}
+
+void registerSxbTxRules(gt_rule_engine& engine) {
+    registerCatalogue(engine, sxbTxCatalogue(), sxbTxLogicRules());
+}
+
+}  // namespace sable_lanecfg
