@@ -1,5 +1,6 @@
 #include "families/sxb/sxb_pll_rule_groups.h"
 #include "families/sxb/sxb_rule_shapes.h"
+#include "families/sxb/sxb_silicon.h"
 
 #include <string>
 
@@ -9,12 +10,6 @@ namespace {
 
 constexpr code_table<std::string_view, 7> referenceSourceCodes{
     {{"R0", 1}, {"R1", 2}, {"R2", 3}, {"R3", 4}, {"R4", 5}, {"R5", 6}, {"R6", 7}}};
-
-/// Trimming of the band gap reference, which early silicon needs.
-void bandGapOverride(rule_declaration& rule) {
-    const auto revision = rule.reads<std::string>("siliconRev");
-    rule.gives([=] { return revision() == "es1" || revision() == "ES1" ? 1U : 0U; });
-}
 
 }  // namespace
 
@@ -28,7 +23,8 @@ void addReferenceClockRules(logicRules& rules) {
         rules.emplace(field + "_REFCLK_MAP1", byNumber("DUAL", 2, 1));
         rules.emplace(field + "_REFCLK_MAP2", byNumber("DUAL", 1, 2));
     }
-    rules.emplace("A_CFG0.A_BGRCALOVRD_EN", bandGapOverride);
+    // Early silicon needs its band gap reference trimmed.
+    rules.emplace("A_CFG0.A_BGRCALOVRD_EN", bySilicon(1, 0));
 }
 
 }  // namespace sable_lanecfg
