@@ -22,6 +22,7 @@ void addSnapshotCommand(CLI::App& program, Work& chosen);
 void addLogCommand(CLI::App& program, Work& chosen);
 void addMemoryCommand(CLI::App& program, Work& chosen);
 void addUpdateElfCommand(CLI::App& program, Work& chosen);
+void addRateTableCommand(CLI::App& program, Work& chosen);
 void addCheckDatabaseCommand(CLI::App& program, Work& chosen);
 void addFamiliesCommand(CLI::App& program, Work& chosen);
 void addModelsCommand(CLI::App& program, Work& chosen);

@@ -31,7 +31,7 @@ bool isStable(const RuleSet& rules) {
     return rules.selector == "stable";
 }
 
-const gt_rule_engine* madeEngine(const RuleSet& rules) {
+gt_rule_engine* madeEngine(const RuleSet& rules) {
     if (isStable(rules)) {
         return lane_cfg_ip_mgr::getIterStableIPInstance(instanceName);
     }
@@ -147,6 +147,11 @@ textMap ConfiguredInstance::outputClocks() {
 
 textMap ConfiguredInstance::memoryImage() {
     return ask("memory image", lane_cfg_ip_mgr::getMemContent);
+}
+
+std::string ConfiguredInstance::rateTable() {
+    return ask("rate table",
+               [this](const auto&...) { return engine_->generateRateTableInBinary(); });
 }
 
 bool ConfiguredInstance::updateElf(const std::string& elfFile, const std::string& workDir) {

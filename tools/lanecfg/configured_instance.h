@@ -34,6 +34,8 @@ class ConfiguredInstance {
     /// Puts the rate table into a firmware ELF with the script of the work directory, both absolute
     /// paths. False when the update failed.
     bool updateElf(const std::string& elfFile, const std::string& workDir);
+    /// Rate table as binary digits, 32 a word without separators.
+    std::string rateTable();
     /// Log lines since the last rate table.
     static std::vector<std::string> log();
 
@@ -46,7 +48,7 @@ class ConfiguredInstance {
 
     const Request& request_;
     Console& console_;
-    const gt_rule_engine* engine_ = nullptr;
+    gt_rule_engine* engine_ = nullptr;
 };
 
 /// Reads the request, finds its database, and gives both to `ConfiguredInstance`.

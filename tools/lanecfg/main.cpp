@@ -18,6 +18,7 @@ void addCommands(CLI::App& program, Work& chosen) {
     addLogCommand(program, chosen);
     addMemoryCommand(program, chosen);
     addUpdateElfCommand(program, chosen);
+    addRateTableCommand(program, chosen);
     addFamiliesCommand(program, chosen);
     addModelsCommand(program, chosen);
     addModelUpdateCommand(program, chosen);

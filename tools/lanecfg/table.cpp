@@ -153,6 +153,14 @@ std::string jsonText(const Table& table) {
     return result + (table.rows.empty() ? "]\n" : "\n]\n");
 }
 
+Json rowObjects(const Table& table) {
+    Json objects = Json::array();
+    for (const std::vector<Cell>& row : table.rows) {
+        objects.push_back(jsonRow(table, row));
+    }
+    return objects;
+}
+
 std::string jsonText(const Json& document, std::optional<unsigned> indent) {
     const int width = indent ? static_cast<int>(*indent) : -1;  // -1 is one line
     return document.dump(width, ' ', false, Json::error_handler_t::replace);

@@ -33,6 +33,8 @@ std::string alignedText(const Table& table);
 std::string csvText(const Table& table);
 /// JSON list with a line for each row, an object with the column names as keys.
 std::string jsonText(const Table& table);
+/// The rows as a JSON list of objects.
+Json rowObjects(const Table& table);
 /// JSON on one line, or, given an indent, with each level on lines of its own behind as many blanks
 /// more; bytes that are no UTF-8 are replaced.
 std::string jsonText(const Json& document, std::optional<unsigned> indent = std::nullopt);
