@@ -35,7 +35,7 @@ std::vector<std::string> databaseSubcommands() {
 
 std::vector<std::string> allSubcommands() {
     std::vector<std::string> words = databaseSubcommands();
-    words.insert(words.end(), {"models", "model-update"});
+    words.insert(words.end(), {"models", "model-update", "rules"});
     return words;
 }
 
@@ -52,6 +52,9 @@ TEST_F(CommandLine, HelpListsEverySubcommandAndTheExitCodes) {
 std::vector<std::string> neededArguments(const std::string& subcommand) {
     if (subcommand == "update-elf") {
         return {"--elf", "firmware.elf", "--work-dir", "quad"};
+    }
+    if (subcommand == "rules") {
+        return {"--family", "SXA"};
     }
     if (subcommand == "model-update") {
         return {"corvane:ip:gt_subcore_ip:1.0", "TXPROGDIV_FREQ_ENABLE"};

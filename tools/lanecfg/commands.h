@@ -24,6 +24,7 @@ void addMemoryCommand(CLI::App& program, Work& chosen);
 void addUpdateElfCommand(CLI::App& program, Work& chosen);
 void addRateTableCommand(CLI::App& program, Work& chosen);
 void addCheckDatabaseCommand(CLI::App& program, Work& chosen);
+void addRulesCommand(CLI::App& program, Work& chosen);
 void addFamiliesCommand(CLI::App& program, Work& chosen);
 void addModelsCommand(CLI::App& program, Work& chosen);
 void addModelUpdateCommand(CLI::App& program, Work& chosen);

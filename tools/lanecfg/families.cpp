@@ -27,6 +27,10 @@ const std::vector<RuleSet>& ruleSets() {
     return sets;
 }
 
+std::string nameOf(const RuleSet& rules) {
+    return rules.selector == "live" ? rules.family : rules.family + ":" + rules.selector;
+}
+
 std::vector<std::string> familyWords() {
     std::vector<std::string> words;
     for (const RuleSet& rules : ruleSets()) {

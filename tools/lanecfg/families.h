@@ -17,6 +17,9 @@ struct RuleSet {
 /// All rule sets, by family and selector.
 const std::vector<RuleSet>& ruleSets();
 
+/// Name of a rule set: its family, and behind a colon its selector where that is not "live".
+std::string nameOf(const RuleSet& rules);
+
 /// Family words and selector words, each once.
 std::vector<std::string> familyWords();
 std::vector<std::string> selectorWords();

@@ -20,6 +20,7 @@ void addCommands(CLI::App& program, Work& chosen) {
     addUpdateElfCommand(program, chosen);
     addRateTableCommand(program, chosen);
     addFamiliesCommand(program, chosen);
+    addRulesCommand(program, chosen);
     addModelsCommand(program, chosen);
     addModelUpdateCommand(program, chosen);
     addCheckDatabaseCommand(program, chosen);

@@ -12,14 +12,6 @@ struct SnapshotOptions {
     OutputOptions output;
 };
 
-/// An option that may stand several times, each with one value.
-template <class Value>
-CLI::Option* addListOption(CLI::App& command, const std::string& name, std::vector<Value>& values,
-                           const std::string& description) {
-    return command.add_option(name, values, description + "; may be repeated")
-        ->allow_extra_args(false);
-}
-
 ExitCode run(const SnapshotOptions& options, Console& console) {
     const RequestRun run(options.request, console);
     Answer answer;

@@ -6,8 +6,17 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace sable_lanecfg::tool {
+
+/// An option that may stand several times, each with one value.
+template <class Value>
+CLI::Option* addListOption(CLI::App& command, const std::string& name, std::vector<Value>& values,
+                           const std::string& description) {
+    return command.add_option(name, values, description + "; may be repeated")
+        ->allow_extra_args(false);
+}
 
 /// Adds a subcommand whose options are an `Options` and whose work is `run(options, console)`.
 /// `addOptions(command, options)` declares them; the example stands at the end of its help.

@@ -1,6 +1,7 @@
 #include "families/common/catalogue_rules.h"
 
 #include "block/register_composer.h"
+#include "families/common/catalogue_visit.h"
 
 #include <algorithm>
 #include <set>
@@ -37,82 +38,41 @@ void enterCopy(rule_engine_base& engine, const std::string& field, const std::st
 
 void enterWord(gt_rule_engine& engine, const std::string& registerName,
                const std::vector<registerField>& fields) {
-    std::vector<std::string> inputs;
-    inputs.reserve(fields.size());
-    for (const registerField& field : fields) {
-        inputs.push_back(fieldName(registerName, field.name));
-    }
     const rule_output<unsigned int> word(&engine.enterVariable(registerName));
-    engine.rule(inputs, onlyOutput(registerName),
+    engine.rule(fieldNames(registerName, fields), onlyOutput(registerName),
                 [word, composer = register_composer(engine, registerName)]() mutable {
                     word.set(composer.word());
                 });
 }
 
-/// Registers one catalogue; lives for one `registerCatalogue`.
+/// Registers the rules that it visits.
 class catalogue_registration {
   public:
-    catalogue_registration(gt_rule_engine& engine, const register_catalogue& catalogue,
-                           const logicRules& rules)
-        : engine_(engine), catalogue_(catalogue), rules_(rules) {}
+    catalogue_registration(gt_rule_engine& engine, const logicRules& rules)
+        : engine_(engine), rules_(rules) {}
 
-    void run() {
-        for (const catalogueEntry& entry : catalogue_.entries()) {
-            enterEntry(entry);
-        }
-        checkThatRulesBelong();
+    void constant(std::string name, unsigned int value) {
+        enterConstant(engine_, std::move(name), value);
     }
 
-  private:
-    void enterEntry(const catalogueEntry& entry) {
-        const std::string name(entry.name);
-        if (entry.kind == entryKind::constantWord) {
-            enterConstant(engine_, name, entry.value);
-        } else if (entry.kind == entryKind::step) {
-            enterLogic(name, {});
-        } else {
-            for (const registerField& field : entry.fields) {
-                enterField(name, field);
-            }
-            if (entry.kind == entryKind::wholeRegister) {
-                enterWord(engine_, name, entry.fields);
-            } else if (entry.kind == entryKind::word) {
-                enterWord(engine_, name, catalogue_.fieldsOf(name));
-            }
-        }
+    void copy(const std::string& field, const std::string& flag) {
+        enterCopy(engine_, field, flag);
     }
 
-    void enterField(const std::string& registerName, const registerField& field) {
-        std::string name = fieldName(registerName, field.name);
-        switch (field.kind) {
-            case fieldKind::constant:
-                enterConstant(engine_, std::move(name), field.value);
-                break;
-            case fieldKind::copy:
-                enterCopy(engine_, name, std::string(field.source));
-                break;
-            case fieldKind::logic:
-                enterLogic(name, name);
-                break;
-            case fieldKind::shared:
-                sharedFields_.insert(std::move(name));
-                break;
-        }
-    }
-
-    /// `ownField` is empty for a step.
-    void enterLogic(const std::string& name, const std::string& ownField) {
-        const auto found = rules_.find(name);
-        if (found == rules_.end()) {
-            refuse(name, "has no rule beside it");
-        }
+    void logic(const std::string& rule, const std::string& ownField) {
         const std::vector<std::string> outputs =
-            declareRule(engine_, found->second, ownField).outputs;
+            declareRule(engine_, ruleBeside(rules_, rule), ownField).outputs;
         if (!ownField.empty() && std::count(outputs.begin(), outputs.end(), ownField) == 0) {
-            refuse(name, "is not written by its own rule");
+            refuse(rule, "is not written by its own rule");
         }
         logicOutputs_.insert(outputs.begin(), outputs.end());
-        usedRules_.insert(name);
+        usedRules_.insert(rule);
+    }
+
+    void shared(const std::string& field) { sharedFields_.insert(field); }
+
+    void word(const std::string& registerName, const std::vector<registerField>& fields) {
+        enterWord(engine_, registerName, fields);
     }
 
     void checkThatRulesBelong() const {
@@ -128,8 +88,8 @@ class catalogue_registration {
         }
     }
 
+  private:
     gt_rule_engine& engine_;
-    const register_catalogue& catalogue_;
     const logicRules& rules_;
     std::set<std::string> usedRules_;
     std::set<std::string> logicOutputs_;
@@ -138,9 +98,29 @@ class catalogue_registration {
 
 }  // namespace
 
+const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name) {
+    const auto found = rules.find(name);
+    if (found == rules.end()) {
+        refuse(name, "has no rule beside it");
+    }
+    return found->second;
+}
+
+std::vector<std::string> fieldNames(const std::string& registerName,
+                                    const std::vector<registerField>& fields) {
+    std::vector<std::string> names;
+    names.reserve(fields.size());
+    for (const registerField& field : fields) {
+        names.push_back(fieldName(registerName, field.name));
+    }
+    return names;
+}
+
 void registerCatalogue(gt_rule_engine& engine, const register_catalogue& catalogue,
                        const logicRules& rules) {
-    catalogue_registration(engine, catalogue, rules).run();
+    catalogue_registration registration(engine, rules);
+    visitRules(catalogue, registration);
+    registration.checkThatRulesBelong();
 }
 
 }  // namespace sable_lanecfg

@@ -8,12 +8,21 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace sable_lanecfg {
 
 /// The rules beside a catalogue, by what they stand beside: "REGISTER.FIELD" of a logic field, or
 /// the name of a step. The rule of a field either `gives` it or has it among its `writes`.
 using logicRules = std::map<std::string, ruleDeclarer, std::less<>>;
+
+/// The rule that stands beside a catalogue under this name. Throws std::logic_error, naming it,
+/// when there is none.
+const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name);
+
+/// The variables of a register's fields, which its word declares as inputs.
+std::vector<std::string> fieldNames(const std::string& registerName,
+                                    const std::vector<registerField>& fields);
 
 /// Registers every rule of a catalogue in its order: the fields' rules as they stand, and after
 /// them the rule that composes the register's word and declares its fields as inputs in that order.

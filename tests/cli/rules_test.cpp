@@ -1,0 +1,134 @@
+#include "cli/command_line.h"
+#include "families.h"
+
+#include <lanecfg/family_rules.h>
+
+#include <gmock/gmock.h>
+
+namespace lanecfg_test {
+namespace {
+
+using namespace sable_lanecfg::tool;
+using testing::ContainsRegex;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::SizeIs;
+using testing::StartsWith;
+
+class RulesCommand : public CommandLine {
+  protected:
+    nlohmann::json rulesOf(const std::string& family,
+                           const std::vector<std::string>& more = {}) const {
+        std::vector<std::string> arguments = {"rules", "--family", family};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return answerOf(arguments);
+    }
+
+    static nlohmann::json ruleWriting(const nlohmann::json& rules, const std::string& output) {
+        for (const nlohmann::json& rule : rules) {
+            for (const nlohmann::json& name : rule.at("outputs")) {
+                if (name == output) {
+                    return rule;
+                }
+            }
+        }
+        ADD_FAILURE() << "no rule writes " << output;
+        return {};
+    }
+};
+
+TEST_F(RulesCommand, NumbersAllRulesOfAFamilyInTheirOrder) {
+    const nlohmann::json rules = rulesOf("SXA");
+    ASSERT_THAT(rules, SizeIs(1165 + 163));
+    for (std::size_t number = 0; number < rules.size(); ++number) {
+        EXPECT_EQ(rules[number].at("number"), number);
+    }
+    EXPECT_EQ(rules[0].at("outputs"), nlohmann::json({"RCALBG_CFG0.RCALSAP_TESTEN"}));
+    EXPECT_EQ(rules[2].at("outputs"), nlohmann::json({"RCALBG_CFG0"}));
+}
+
+TEST_F(RulesCommand, TellsTheValueOfAConstantAndNoneOfAnotherRule) {
+    const nlohmann::json rules = rulesOf("SXA");
+    const nlohmann::json field = ruleWriting(rules, "LCPLL_CFG1.LCPLL_CP");
+    EXPECT_EQ(field.at("kind"), "constant");
+    EXPECT_EQ(field.at("value"), 31);
+    EXPECT_EQ(field.at("inputs"), nlohmann::json::array());
+    const nlohmann::json word = ruleWriting(rules, "RCALBG_CFG0");
+    EXPECT_EQ(word.at("kind"), "compose");
+    EXPECT_EQ(word.at("value"), nullptr);
+    EXPECT_EQ(word.at("inputs"),
+              nlohmann::json({"RCALBG_CFG0.RCALSAP_TESTEN", "RCALBG_CFG0.RCAL_APROBE"}));
+}
+
+TEST_F(RulesCommand, ChoosesByKind) {
+    EXPECT_THAT(rulesOf("SXA", {"--kind", "compose"}), SizeIs(163));
+    EXPECT_THAT(rulesOf("SXA", {"--kind", "compose", "--kind", "constant"}), SizeIs(1165 + 163));
+    EXPECT_THAT(rulesOf("SXA", {"--kind", "logic"}), SizeIs(0));
+}
+
+TEST_F(RulesCommand, ChosenRulesKeepTheirNumbers) {
+    EXPECT_EQ(rulesOf("SXA", {"--kind", "compose"})[0].at("number"), 2);
+}
+
+TEST_F(RulesCommand, WritesALineForEachRuleAndTheirCount) {
+    const ProgramResult result = run({"rules", "--family", "SXA"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output, StartsWith("NUMBER  SET  KIND      RULE\n"));
+    EXPECT_THAT(result.output,
+                ContainsRegex("\n +2  all  compose   RCALBG_CFG0 <- RCALBG_CFG0.RCALSAP_TESTEN "
+                              "RCALBG_CFG0.RCAL_APROBE\n"));
+    EXPECT_THAT(result.output, HasSubstr("constant  LCPLL_CFG1.LCPLL_CP = 31\n"));
+    EXPECT_THAT(result.output,
+                EndsWith("1328 rules: 1165 constant, 0 copy, 0 logic, 163 compose\n"));
+}
+
+TEST_F(RulesCommand, WritesCsv) {
+    const ProgramResult result = run({"rules", "--family", "SXA", "--format", "csv"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, StartsWith("number,set,kind,outputs,inputs,value\n"
+                                          "0,all,constant,RCALBG_CFG0.RCALSAP_TESTEN,,0\n"
+                                          "1,all,constant,RCALBG_CFG0.RCAL_APROBE,,0\n"
+                                          "2,all,compose,RCALBG_CFG0,"
+                                          "RCALBG_CFG0.RCALSAP_TESTEN RCALBG_CFG0.RCAL_APROBE,\n"));
+}
+
+TEST_F(RulesCommand, AnswersForEveryRuleSetThatTheLibraryHasAndTellsOfTheOthers) {
+    for (const RuleSet& ruleSet : ruleSets()) {
+        const ProgramResult result = run({"rules", "--family", nameOf(ruleSet)});
+        if (sable_lanecfg::rulesOfFamily(ruleSet.family, ruleSet.selector).empty()) {
+            expectFailure(result, 1,
+                          "The " + ruleSet.selector + " rules of " + ruleSet.family +
+                              " are not part of this build.");
+        } else {
+            EXPECT_EQ(result.exitCode, 0) << nameOf(ruleSet);
+        }
+    }
+}
+
+TEST_F(RulesCommand, NeedsAFamily) {
+    expectFailure(run({"rules"}), 2, "--family is required");
+}
+
+TEST_F(RulesCommand, TakesNoFamilyOrSelectorThatIsNotThere) {
+    for (const std::string family : {"SXZ", "SXA:stable", "SXB:newest", "SXB:", ""}) {
+        expectFailure(run({"rules", "--family", family}), 2, "SXB:stable");
+    }
+}
+
+TEST_F(RulesCommand, TakesNoUnknownKind) {
+    expectFailure(run({"rules", "--family", "SXA", "--kind", "magic"}), 2, "magic");
+}
+
+TEST_F(RulesCommand, NamesTheSetsForAnUnknownOne) {
+    expectFailure(run({"rules", "--family", "SXA", "--set", "PLL"}), 2,
+                  "--set: the rules of SXA have no set \"PLL\"; they have all.");
+}
+
+TEST(RuleSetNames, HaveTheSelectorWhereItIsNotTheLiveOne) {
+    EXPECT_EQ(nameOf(*findRuleSet("SXB", "live")), "SXB");
+    EXPECT_EQ(nameOf(*findRuleSet("SXB", "stable")), "SXB:stable");
+}
+
+}  // namespace
+}  // namespace lanecfg_test
