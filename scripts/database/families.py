@@ -2,7 +2,7 @@
 
 from dataclasses import dataclass
 
-from database.layout import SXA_LAYOUT
+from database.layout import SXA_LAYOUT, SXB_LAYOUT
 from database.placement import Layout
 
 TWO_PLLS = {
@@ -41,4 +41,5 @@ class Database:
 # Only families whose rules are there: the registers come from the rules.
 DATABASES = {
     "SXA": Database(family="SXA", layout=SXA_LAYOUT),
+    "SXB": Database(family="SXB", layout=SXB_LAYOUT),
 }

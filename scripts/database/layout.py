@@ -5,6 +5,7 @@ fields follow each other from bit 0 upwards in the order of the catalogue.
 """
 
 from database.placement import Layout
+from database.sxb_widths import SXB_WIDTHS
 
 CHANNELS = range(4)
 
@@ -65,4 +66,33 @@ SXA_LAYOUT = Layout(
         "ADAPT_GEN_CFG3.sel_vp0dac": 3,
         "ADAPT_GEN_CFG3.sel_vp1dac": 2,
     },
+)
+
+SXB_LAYOUT = Layout(
+    block_types=[
+        ("LCPLL_REFCLK_IPS", "hs_clk_ips"),
+        ("RPLL_REFCLK_IPS", "hs_clk_ips"),
+        ("LCPLL_*", "hs_clk_0"),
+        ("RPLL_*", "hs_clk_0"),
+        ("HSDIST_CFG", "hs_clk_0"),
+        # Bias and calibration. A part of it follows the PLL, and blocks of type rcalbg have no
+        # place for a register that changes with the rate of every channel.
+        ("CFG[0-5]", "ctrl_0"),
+        ("A_CFG*", "ctrl_0"),
+        ("UB_CFG*", "ctrl_0"),
+        ("POR_CFG", "ctrl_0"),
+        ("PIN_CFG*", "ctrl_0"),
+        # Registers with a field for each channel.
+        ("MST_RESET_CFG", "ctrl_0"),
+        ("CTRL_RSV_CFG*", "ctrl_0"),
+        ("?XRSTDONE_DIST_SEL", "ctrl_0"),
+        ("*", "channel"),
+    ],
+    pinned={
+        **PINNED,
+        # Their names say where they are.
+        "CHCLK_ILO_CFG.RESERVED_BIT15": (15, 1),
+        "CHCLK_ILO_CFG.RESERVED_BIT17": (17, 1),
+    },
+    widths=SXB_WIDTHS,
 )

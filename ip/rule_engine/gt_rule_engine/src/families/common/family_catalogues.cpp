@@ -1,11 +1,13 @@
 #include "families/common/family_catalogues.h"
 
 #include "families/sxa/sxa_catalogue.h"
+#include "families/sxb/sxb_catalogue.h"
 
 namespace sable_lanecfg {
 
 const std::vector<familyCatalogue>& familyCatalogues() {
-    static const std::vector<familyCatalogue> catalogues{{"SXA", sxaCatalogue}};
+    static const std::vector<familyCatalogue> catalogues{{"SXA", sxaCatalogue},
+                                                         {"SXB", sxbCatalogue}};
     return catalogues;
 }
 
