@@ -1,5 +1,5 @@
-#include "support/packing_request.h"
 #include "support/captured_messages.h"
+#include "support/packing_request.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,14 +11,12 @@ namespace {
 
 using sable_lanecfg::gt_quad_packing;
 using sable_lanecfg::packingNumbers;
-using testing::AllOf;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
-using testing::Not;
 using testing::Pair;
 
 constexpr const char* exceptionForm =
@@ -150,6 +148,21 @@ TEST(PackingFaults, WhatWasDoneBeforeStays) {
     gt_quad_packing packing = request.packing();
     EXPECT_THAT(packing.runIntersection(false), ElementsAre(first));
     EXPECT_EQ(packing.intersectedCoordinates.at("DUAL_0").at("A").at("LCPLL").at("pllClkFreqs"),
+              packingNumbers{{10.0}});
+}
+
+TEST(PackingFaults, DividerWithoutALimitLeavesItsDataPathOutToo) {
+    PackingRequest request;
+    RateSettings divided = rateOf(20.0, "LCPLL");
+    divided.hasDivider = true;
+    divided.dividerPll = "RPLL";
+    request.add(transmit, 0, {rateOf(20.0), divided});
+    request.limits.erase("FRPLLRANGE_MIN");
+    gt_quad_packing packing = request.packing();
+    EXPECT_THAT(packing.intermediateDSCreation(false), ElementsAre(first));
+    const auto& plls = packing.intermediateData.at("DUAL_0").at("A");
+    EXPECT_EQ(plls.count("RPLL"), 0U);
+    EXPECT_EQ(boost::get<packingNumbers>(plls.at("LCPLL").at(0).at("rates")),
               packingNumbers{{10.0}});
 }
 

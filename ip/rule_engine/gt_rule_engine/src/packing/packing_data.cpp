@@ -155,14 +155,17 @@ class candidateTable {
         addDistinct(packing_.refclkFrequencies[dual + clocking.pll], clocking.actualRefclk);
         auto& plls = packing_.intermediateData[dual][group];
         createRecord(plls[clocking.pll], at);
-        addUseAt(at, plls[clocking.pll], clocking,
-                 packing_.VCO_FrequencyCalculation(clocking.pll, clocking.lineRate, coding,
-                                                   intDataWidth, userDataWidth, isPair));
+        // Both are known before either is entered, so a fault never leaves a slot half done.
+        const std::vector<double> dataCandidates = packing_.VCO_FrequencyCalculation(
+            clocking.pll, clocking.lineRate, coding, intDataWidth, userDataWidth, isPair);
+        const std::vector<double> dividerCandidates =
+            clocking.isDividerEnabled
+                ? packing_.VCO_FrequencyProgDivCalculation(clocking.dividerPll, dividerFrequency)
+                : std::vector<double>();
+        addUseAt(at, plls[clocking.pll], clocking, dataCandidates);
         if (clocking.isDividerEnabled) {
             createRecord(plls[clocking.dividerPll], at);
-            addUseAt(
-                at, plls[clocking.dividerPll], clocking,
-                packing_.VCO_FrequencyProgDivCalculation(clocking.dividerPll, dividerFrequency));
+            addUseAt(at, plls[clocking.dividerPll], clocking, dividerCandidates);
         }
     }
 
