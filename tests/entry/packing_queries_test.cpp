@@ -15,6 +15,7 @@
 namespace {
 
 using lanecfg_test::CapturedMessages;
+using lanecfg_test::commonBypassText;
 using lanecfg_test::DatabaseFiles;
 using lanecfg_test::noVcoText;
 using lanecfg_test::PackingRequest;
@@ -99,6 +100,18 @@ TEST_F(PackingQueries, AnyAnswerWithErrorCaughtIsTheOnlyAnswerOfThePorts) {
     request.parametersAt(transmit, 2).erase("TX_RATE_GROUP");
     EXPECT_THAT(reasons(),
                 ElementsAre(Pair("1", "ERROR caught"), Pair("2", noVcoText("LCPLL", 0, 0))));
+    EXPECT_THAT(ports(), ElementsAre(Pair("0", "ERROR caught")));
+}
+
+TEST_F(PackingQueries, ErrorCaughtBehindOtherReasonsIsTheOnlyAnswerOfThePortsToo) {
+    request.addBoth(0, {rateOf(10.0), rateOf(10.0)});
+    for (const int rate : {0, 1}) {
+        request.parametersAt(receive, 0, rate)["RX_PLL_TYPE"] = std::string("RPLL");
+    }
+    request.parametersAt(transmit, 0, 0)["TX_BUFFER_MODE"] = 0U;
+    request.parametersAt(transmit, 0, 1).erase("TX_PIPM_ENABLE");
+    EXPECT_THAT(reasons(),
+                ElementsAre(Pair("1", commonBypassText(0, 0)), Pair("2", "ERROR caught")));
     EXPECT_THAT(ports(), ElementsAre(Pair("0", "ERROR caught")));
 }
 

@@ -230,6 +230,20 @@ TEST_F(BypassCheck, ComesBeforeTheReasonsOfTheDuals) {
     EXPECT_THAT(request.reasons(), ElementsAre(commonBypassText(0, 2), noVcoText("RPLL", 1, 0)));
 }
 
+TEST(CheckIloConfig, TransmitPositionsAreWalkedInTheirOrderEachWithItsPins) {
+    RateSettings unbuffered = rateOf(10.0);
+    unbuffered.bufferMode = 0;
+    const PackingRequest request = PackingRequest()
+                                       .add(transmit, 1, {unbuffered}, "A")
+                                       .add(transmit, 0, {unbuffered}, "B")
+                                       .add(receive, 0, {rateOf(10.0, "RPLL")}, "B")
+                                       .add(receive, 1, {rateOf(10.0, "RPLL")}, "C")
+                                       .joinRecords();
+    EXPECT_THAT(
+        request.packing().checkILOconfig(false),
+        ElementsAre(Pair(1, independentBypassText(0, 0, 1)), Pair(2, commonBypassText(0, 0))));
+}
+
 TEST(CanBePacked, WorksOnCoordinatesThatWereEnteredByHand) {
     gt_quad_packing packing = PackingRequest().packing();
     packing.intersectedCoordinates["DUAL_1"]["A"]["RPLL"]["pllClkFreqs"] = {{5.0}, {}};

@@ -180,6 +180,20 @@ TEST_F(PackingData, TransmitPositionsOfAUsageRecordComeBeforeItsReceivePositions
     EXPECT_THAT(lists(1, "refclks"), ElementsAre(ElementsAre(156.25, 156.25)));
 }
 
+TEST_F(PackingData, EachPositionOfAUsageRecordHasItsOwnPin) {
+    make(PackingRequest()
+             .add(transmit, 1, {rateOf(20.0)}, "A")
+             .add(transmit, 0, {rateOf(20.0)}, "B")
+             .add(receive, 0, {rateOf(20.0)}, "C")
+             .add(receive, 1, {rateOf(20.0)}, "D")
+             .joinRecords());
+    EXPECT_THAT(records(), ElementsAre(Key(0), Key(1), Key(2), Key(3)));
+    EXPECT_EQ(pinOf(0), "B");
+    EXPECT_EQ(pinOf(1), "C");
+    EXPECT_EQ(pinOf(2), "A");
+    EXPECT_EQ(pinOf(3), "D");
+}
+
 TEST_F(PackingData, NothingIsTakenOverFromAnotherPllGroupOrSlot) {
     RateSettings other = rateOf(10.0);
     other.group = "B";

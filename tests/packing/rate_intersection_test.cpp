@@ -1,5 +1,5 @@
-#include "support/packing_request.h"
 #include "support/captured_messages.h"
+#include "support/packing_request.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -129,6 +129,13 @@ TEST_F(RateIntersection, OneRecordKeepsItsListUnsorted) {
                                                             8.0, 8.0, 16.0, 10.0, 16.0)));
 }
 
+TEST_F(RateIntersection, TwoRecordsWithIdenticalListsHaveThemSortedAndUnique) {
+    RateSettings divided = rateOf(10.0, "RPLL");
+    divided.hasDivider = true;
+    run(PackingRequest().add(transmit, 0, {divided}).add(transmit, 1, {divided}));
+    EXPECT_THAT(row("pllClkFreqs"), ElementsAre(ElementsAre(4.0, 5.0, 5.5, 8.0, 10.0, 11.0, 16.0)));
+}
+
 TEST_F(RateIntersection, EqualPinsIntersectSlotBySlot) {
     run(PackingRequest()
             .add(transmit, 0, {rateOf(5.0, "LCPLL", 100.0), rateOf(10.3125)})
@@ -197,6 +204,20 @@ TEST_F(RateIntersection, TwoRatesWithTheSameActualClockGetTheSameId) {
                 ElementsAre(ElementsAre(0.0), ElementsAre(1.0), ElementsAre(1.0)));
 }
 
+TEST_F(RateIntersection, IdIsTheIndexAmongTheClocksOfItsOwnDualAndPll) {
+    run(PackingRequest()
+            .add(transmit, 0, {rateOf(20.0, "LCPLL", 125.0), rateOf(20.0, "LCPLL", 100.0)})
+            .add(transmit, 2, {rateOf(5.0, "RPLL", 200.0), rateOf(5.0, "RPLL", 125.0)})
+            .add(transmit, 3, {rateOf(20.0, "LCPLL", 100.0), rateOf(20.0, "LCPLL", 125.0)}));
+    EXPECT_THAT(row("refclkIDs"), ElementsAre(ElementsAre(0.0), ElementsAre(1.0)));
+    EXPECT_THAT(row("refclkIDs", "LCPLL", "DUAL_1"),
+                ElementsAre(ElementsAre(0.0), ElementsAre(1.0)));
+    EXPECT_THAT(row("refclks", "LCPLL", "DUAL_1"),
+                ElementsAre(ElementsAre(100.0), ElementsAre(125.0)));
+    EXPECT_THAT(row("refclkIDs", "RPLL", "DUAL_1"),
+                ElementsAre(ElementsAre(0.0), ElementsAre(1.0)));
+}
+
 TEST_F(RateIntersection, PllThatOnlyServesDividersHasTheId0) {
     RateSettings divided = rateOf(20.0, "LCPLL", 100.0);
     divided.hasDivider = true;
@@ -244,6 +265,18 @@ TEST_F(RateIntersection, WorksOnRecordsThatWereEnteredByHand) {
     records[6]["rates"] = packingNumbers{{8, 8}};
     EXPECT_THAT(packing.runIntersection(true), IsEmpty());
     EXPECT_THAT(row("pllClkFreqs", "RPLL", "DUAL_1"), ElementsAre(ElementsAre(8), ElementsAre(5)));
+}
+
+TEST_F(RateIntersection, DifferentPinsWithoutAnyListAreReportedAndHaveNoFrequency) {
+    packingRecords& records = packing.intermediateData["DUAL_0"]["A"]["LCPLL"];
+    records[0]["rate_pin"] = std::string("A");
+    records[2]["rate_pin"] = std::string("B");
+    const CapturedMessages messages;
+    EXPECT_THAT(packing.runIntersection(false), IsEmpty());
+    EXPECT_THAT(messages.texts(ToolMsgSeverity::error),
+                ElementsAre(testing::ContainsRegex(" at 107 of file ")));
+    EXPECT_THAT(row("pllClkFreqs"), ElementsAre(IsEmpty()));
+    EXPECT_THAT(row("pllShared"), ElementsAre(IsEmpty()));
 }
 
 TEST_F(RateIntersection, PllWithoutRecordsOrWithGapsOnlyHasNoFrequency) {

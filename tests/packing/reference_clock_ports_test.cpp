@@ -84,6 +84,14 @@ TEST_F(ReferenceClockPorts, PinsAreCutAtTheFirstDot) {
                 ElementsAre(Pair("HSCLK0_LCPLLGTREFCLK0", "refclk_link_R0_multiple_ext_freq")));
 }
 
+TEST_F(ReferenceClockPorts, PinsThatAreOneTextWhenCutAreNamedOnce) {
+    check(PackingRequest()
+              .add(transmit, 0, {rateOf(20.0)}, "link.0")
+              .add(transmit, 1, {rateOf(20.0)}, "link.1"));
+    EXPECT_THAT(names("link.0", "LCPLL0"), ElementsAre("refclk_link_R0_156.25_MHz_unique1"));
+    EXPECT_THAT(names("link.1", "LCPLL0"), ElementsAre("refclk_link_R0_156.25_MHz_unique1"));
+}
+
 TEST_F(ReferenceClockPorts, PinsOfOnePllOfADualShareAName) {
     check(PackingRequest()
               .add(transmit, 0, {rateOf(20.0)}, "B")
@@ -116,6 +124,18 @@ TEST_F(ReferenceClockPorts, PinOfBothDualsSharesItsNameWithThePinsOfEither) {
     EXPECT_THAT(names("C", "LCPLL1"), ElementsAre(all, second));
     EXPECT_THAT(packing.returnRefclkPorts(), ElementsAre(Pair("HSCLK0_LCPLLGTREFCLK0", all),
                                                          Pair("HSCLK1_LCPLLGTREFCLK0", second)));
+}
+
+TEST_F(ReferenceClockPorts, EachPositionOfAUsageRecordConnectsItsOwnPin) {
+    check(PackingRequest()
+              .add(transmit, 2, {rateOf(20.0)}, "A")
+              .add(transmit, 0, {rateOf(20.0)}, "B")
+              .add(receive, 0, {rateOf(5.0, "RPLL", 125.0)}, "C")
+              .joinRecords());
+    EXPECT_THAT(names("A", "LCPLL1"), ElementsAre("refclk_A_R0_156.25_MHz_unique1"));
+    EXPECT_THAT(names("B", "LCPLL0"), ElementsAre("refclk_B_R0_156.25_MHz_unique1"));
+    EXPECT_THAT(names("C", "RPLL0"), ElementsAre("refclk_C_R0_125_MHz_unique1"));
+    EXPECT_EQ(packing.refclkResources.size(), 3U);
 }
 
 TEST_F(ReferenceClockPorts, TwoSourcesAtTheSameFrequencyOnOnePllAreTwoEntriesWithOneName) {
@@ -206,6 +226,15 @@ TEST_F(ReferenceClockPorts, SevenDistinctNamesFail) {
                                  "reference clock sources and frequencies exceed 6 connections "
                                  "into the Quad!!!!\n")));
     EXPECT_THAT(request.packing().canBePacked(false), ElementsAre(Pair(1, connectionsText())));
+}
+
+TEST_F(ReferenceClockPorts, ExcessIsToldAfterTheChannelsAndBeforeTheDuals) {
+    PackingRequest request = requestOfSixConnections().addBoth(2, {rateOf(20.0)});
+    request.parametersAt(transmit, 2)["TX_BUFFER_MODE"] = 0U;
+    // Nothing reaches this line rate, so its clock is 0 and the seventh.
+    request.parametersAt(receive, 2) = parametersOf(receive, rateOf(100.0, "RPLL"));
+    EXPECT_THAT(request.reasons(),
+                ElementsAre(commonBypassText(0, 2), connectionsText(), noVcoText("RPLL", 1, 0)));
 }
 
 TEST_F(ReferenceClockPorts, OneMoreUseOfAnEarlierConnectionIsNoSeventh) {

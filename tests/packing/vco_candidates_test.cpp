@@ -120,6 +120,25 @@ TEST_F(VcoCandidates, OfTheDividerNeedASecondStageClockFrom0_5To2WithTolerance) 
     EXPECT_THAT(ofDivider("RPLL", 249.999999), SizeIs(24));
 }
 
+TEST_F(VcoCandidates, OfTheDividerWalkAllFirstStagesAndInEachAllSecondStages) {
+    request.limits["FRPLLRANGE_MIN"] = {"0.1"};
+    request.limits["FRPLLRANGE_MAX"] = {"1000"};
+    // What the second stage takes: twice its factor times the output clock, within 0.5 to 2.0.
+    const std::vector<std::pair<double, std::vector<double>>> stageClocks{
+        {500.0, {1.0, 2.0}},                   // factors 1 and 2
+        {125.0, {0.5, 0.75, 1.0, 1.5, 2.0}},   // 2, 3, 4, 6 and 8
+        {31.25, {0.5, 0.75, 1.0, 1.5, 2.0}}};  // 8, 12, 16, 24 and 32
+    for (const auto& [megahertz, clocks] : stageClocks) {
+        std::vector<double> expected;
+        for (const double firstStage : {4.0, 5.0, 5.5, 8.0, 10.0, 16.0, 16.5, 20.0}) {
+            for (const double clock : clocks) {
+                expected.push_back(firstStage * clock);
+            }
+        }
+        EXPECT_EQ(ofDivider("RPLL", megahertz), expected) << megahertz;
+    }
+}
+
 TEST_F(VcoCandidates, NumbersThatAreNoneLeadToNone) {
     for (const double number : {0.0, -10.3125, std::nan(""), HUGE_VAL}) {
         EXPECT_THAT(ofRate("LCPLL", number), IsEmpty()) << number;

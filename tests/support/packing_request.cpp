@@ -122,6 +122,22 @@ PackingRequest& PackingRequest::addBoth(int lane, const std::vector<RateSettings
     return *this;
 }
 
+PackingRequest& PackingRequest::joinRecords() {
+    const auto append = [](auto& list, const auto& added) {
+        list.insert(list.end(), added.begin(), added.end());
+    };
+    channelUsageInfo joined;
+    joined.rates = channels.front().rates;
+    for (const channelUsageInfo& channel : channels) {
+        append(joined.tx, channel.tx);
+        append(joined.txrate, channel.txrate);
+        append(joined.rx, channel.rx);
+        append(joined.rxrate, channel.rxrate);
+    }
+    channels = {joined};
+    return *this;
+}
+
 std::map<std::string, ruleValue>& PackingRequest::parametersAt(int direction, int lane, int rate) {
     return userParams.at(static_cast<std::size_t>(direction))
         .at(static_cast<std::size_t>(lane))

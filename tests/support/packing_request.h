@@ -51,6 +51,9 @@ class PackingRequest {
     PackingRequest& addBoth(int lane, const std::vector<RateSettings>& rates,
                             const std::string& pin = "PIN");
 
+    /// Makes the usage records one, with the rates of the first and a position for each of theirs.
+    PackingRequest& joinRecords();
+
     /// The parameters of a place, to be changed.
     std::map<std::string, sable_lanecfg::ruleValue>& parametersAt(int direction, int lane,
                                                                   int rate = 0);
