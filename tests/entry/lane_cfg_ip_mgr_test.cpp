@@ -1,5 +1,6 @@
 #include "entry/answering_instance.h"
 #include "support/clean_log.h"
+#include "support/global_locale.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 #include <lanecfg/rule_engine_utilities.h>
@@ -17,6 +18,7 @@
 
 using lanecfg_test::AnsweringInstance;
 using lanecfg_test::FaultyInstance;
+using lanecfg_test::GlobalLocale;
 using lanecfg_test::Registry;
 using sable_lanecfg::lane_cfg_instance;
 using sable_lanecfg::lane_cfg_instance_iter_stable;
@@ -330,18 +332,6 @@ class OneIsCapitalEll : public std::ctype<char> {
         }
         return end;
     }
-};
-
-/// Sets the global locale for its life.
-class GlobalLocale {
-  public:
-    explicit GlobalLocale(const std::locale& locale) : previous_(std::locale::global(locale)) {}
-    ~GlobalLocale() { std::locale::global(previous_); }
-    GlobalLocale(const GlobalLocale&) = delete;
-    GlobalLocale& operator=(const GlobalLocale&) = delete;
-
-  private:
-    std::locale previous_;
 };
 
 TEST_F(InstanceManager, SelectorsLettersAreFoldedByTheGlobalLocale) {

@@ -1,10 +1,12 @@
 #include "model_update.h"
+#include "support/global_locale.h"
 
 #include <lanecfg/ToolGTDRCModel.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <ostream>
 #include <string>
 #include <type_traits>
@@ -305,6 +307,20 @@ TEST(LcpllReferenceRange, holdsBothLimits) {
     // 16 * 125 / 25, and 16 * 11375 / 130.
     EXPECT_EQ(referenceClocks({"", "LCPLL", "0.25", "0", ""}).range.front(), "80.0000000");
     EXPECT_EQ(referenceClocks({"", "LCPLL", "22.75", "0", ""}).range.back(), "1400.0000000");
+}
+
+/// Parts thousands, as many a locale does.
+class GroupedThousands : public std::numpunct<char> {
+  protected:
+    char do_thousands_sep() const override { return ','; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(ReferenceClockOfTheSubcore, isWrittenAlikeInEveryLocale) {
+    ToolGTDRCModel model("model");
+    const GlobalLocale grouping(std::locale(std::locale::classic(), new GroupedThousands));
+    expectUpdate(model, reference("", {{"TX_PLL_TYPE", "RPLL"}, {"TX_LINE_RATE", "60"}},
+                                  "1200.0000000", {"1200.0000000"}));
 }
 
 // The switch of the output divider

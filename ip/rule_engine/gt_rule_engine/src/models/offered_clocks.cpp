@@ -4,12 +4,14 @@
 #include "user_clock.h"
 
 #include <iomanip>
+#include <locale>
 #include <sstream>
 
 namespace sable_lanecfg::models {
 
 std::string fixedText(double number, int decimals) {
     std::ostringstream stream;
+    stream.imbue(std::locale::classic());
     stream << std::fixed << std::setprecision(decimals) << number;
     return stream.str();
 }

@@ -9,7 +9,7 @@
 /// How clocks (MHz) become values and ranges of parameters.
 namespace sable_lanecfg::models {
 
-/// A number in fixed notation.
+/// A number in fixed notation, the same in every locale.
 std::string fixedText(double number, int decimals);
 
 /// Adds all clocks, lowest first, to the range. Those that are `chosen` become the value one after
