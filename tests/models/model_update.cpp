@@ -18,11 +18,16 @@ std::ostream& operator<<(std::ostream& stream, const ModelUpdate& update) {
                   << ", range " << testing::PrintToString(update.range);
 }
 
-ModelUpdate evaluate(ToolDRCModel& model, const std::string& parameter, const Parameters& given) {
+std::map<std::string, std::string> hostValues(const Parameters& parameters) {
     std::map<std::string, std::string> values;
-    for (const auto& [name, text] : given) {
+    for (const auto& [name, text] : parameters) {
         values[valuePrefix + name] = text;
     }
+    return values;
+}
+
+ModelUpdate evaluate(ToolDRCModel& model, const std::string& parameter, const Parameters& given) {
+    std::map<std::string, std::string> values = hostValues(given);
     ModelUpdate update;
     model.evalUpdateProc("update_" + valuePrefix + parameter, values, update.enabled, update.range);
     for (const auto& [key, text] : values) {

@@ -25,6 +25,9 @@ struct ModelUpdate {
 bool operator==(const ModelUpdate& first, const ModelUpdate& second);
 std::ostream& operator<<(std::ostream& stream, const ModelUpdate& update);
 
+/// The values of parameters by the names that a host has for them.
+std::map<std::string, std::string> hostValues(const Parameters& parameters);
+
 /// Evaluates the update procedure of `parameter`.
 ModelUpdate evaluate(ToolDRCModel& model, const std::string& parameter, const Parameters& given);
 

@@ -156,6 +156,11 @@ INSTANTIATE_TEST_SUITE_P(
         actual("ComesFromALineRateInSinglePrecision",
                {{"_PLL_TYPE", "RPLL"}, {"_LINE_RATE", "9.8304"}, {"_REFCLK_FREQUENCY", "122.88"}},
                "122.880005836487"),
+        // 122.88 in single precision is 122.8799973: 10000 of it is 81.3802102, which is cut to 81
+        // and 6378867 / 2^24.
+        actual("IsNearAWantedOneInSinglePrecision",
+               {{"_PLL_TYPE", "LCPLL"}, {"_LINE_RATE", "10"}, {"_REFCLK_FREQUENCY", "122.88"}},
+               "122.879997330000"),
         actual("IsThatOfTheRpllForEveryOtherWord",
                {{"_PLL_TYPE", "lcpll"}, {"_LINE_RATE", "10.3125"}, {"_REFCLK_FREQUENCY", "156.25"}},
                "128.906250000000"),
@@ -486,6 +491,20 @@ INSTANTIATE_TEST_SUITE_P(
     })),
     caseName<UpdateCase>);
 
+/// A receiver whose source is told to be another PLL than that of its line.
+Parameters otherSource(Parameters parameters) {
+    parameters["PROGDIV_FREQ_SOURCE"] = "RPLL";
+    return parameters;
+}
+
+// VCO 16.375, too high for the RPLL: 8.1875 over 32 and 16 is 16375 / 64 and twice that.
+INSTANTIATE_TEST_SUITE_P(
+    RxOutputClock, GtUpdate,
+    testing::Values(inDirection("RX", outputClock("ComesFromThePllOfTheLineWhateverTheSource",
+                                                  otherSource(lineDivider("LCPLL", "16.375", "64")),
+                                                  "255.859", {"255.859", "511.719"}))),
+    caseName<UpdateCase>);
+
 /// The same with an encoding, whose parameter is named otherwise in each direction.
 UpdateCase encodedOutputClock(const std::string& direction, const std::string& encoding,
                               const UpdateCase& tested) {
@@ -512,8 +531,9 @@ INSTANTIATE_TEST_SUITE_P(EncodedOutputClock, GtUpdate,
 
 /// A transmitter whose output clock is made by a free RPLL.
 Parameters freeRpllClock(const std::string& refclk, const std::string& lineRate,
-                         const std::string& width) {
+                         const std::string& width, const std::string& rxPllType = "LCPLL") {
     return freeRpll({{"TX_ACTUAL_REFCLK_FREQUENCY", refclk},
+                     {"RX_PLL_TYPE", rxPllType},
                      {"TX_LINE_RATE", lineRate},
                      {"TX_USER_DATA_WIDTH", width},
                      {"TXPROGDIV_FREQ_SOURCE", "RPLL"}});
@@ -536,6 +556,11 @@ INSTANTIATE_TEST_SUITE_P(
         // from it. From 412.499984, without that rounding, it would be a little less.
         txOutputClock("IsComparedWithAUserClockInSinglePrecision",
                       freeRpllClock("95.920639", "9.9", "24"), before, {"412.459", "824.917"}),
+        // 125 * 32 MHz is the one VCO, and 4 over 16, 8 and 4 goes with 8 GHz over 32 bits.
+        txOutputClock("ComesFromTheRpllThatTheReceiverLeavesFree", freeRpllClock("32", "8", "32"),
+                      "250.000", {"250.000", "500.000", "1000.000"}),
+        txOutputClock("StaysWhenTheReceiverRunsOnTheRpll", freeRpllClock("32", "8", "32", "RPLL"),
+                      before, {}),
         txOutputClock("StaysForASourceThatDoesNotGoWithThePlls",
                       freeRpll({{"TX_PLL_TYPE", "RPLL"},
                                 {"TX_LINE_RATE", "5"},

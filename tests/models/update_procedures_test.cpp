@@ -22,6 +22,7 @@
 namespace {
 
 using namespace lanecfg_test;
+using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
@@ -238,11 +239,17 @@ TEST_P(UpdateProcedure, letsOutATextThatIsNoNumberAndChangesNothing) {
         for (const char* text :
              {"ten", " 1", "1 ", "1,5", "1.5.", "0x10", "1e", "1e9999", "-", "1 000", "true"}) {
             Parameters given = allArguments("");
+            given[GetParam().parameter] = before;
             given[number] = text;
-            ModelUpdate after;
-            after.values = given;
-            EXPECT_THROW(after = update(given), boost::bad_lexical_cast) << number << ": " << text;
-            EXPECT_EQ(after, ModelUpdate{given});
+            auto values = hostValues(given);
+            bool enabled = true;
+            std::vector<std::string> range{"older"};
+            EXPECT_THROW(model_->evalUpdateProc(procedureName(GetParam()), values, enabled, range),
+                         boost::bad_lexical_cast)
+                << number << ": " << text;
+            EXPECT_EQ(values, hostValues(given));
+            EXPECT_TRUE(enabled);
+            EXPECT_THAT(range, ElementsAre("older"));
         }
     }
 }
