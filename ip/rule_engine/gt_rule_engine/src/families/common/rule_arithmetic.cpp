@@ -1,7 +1,5 @@
 #include "families/common/rule_arithmetic.h"
 
-#include <algorithm>
-#include <cmath>
 #include <stdexcept>
 #include <string>
 
@@ -9,14 +7,9 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr double agreementTolerance = 0.0001;
 constexpr double beyondUnsigned = 4294967296.0;
 
 }  // namespace
-
-bool agree(double first, double second) {
-    return std::abs(first - second) / std::min(first, second) < agreementTolerance;
-}
 
 unsigned int truncated(double value) {
     const bool fits = value > -1.0 && value < beyondUnsigned;

@@ -7,10 +7,6 @@
 
 namespace sable_lanecfg {
 
-/// True when the two numbers differ by less than a ten-thousandth of the smaller one. A number
-/// that is not finite agrees with none.
-bool agree(double first, double second);
-
 /// The value without its fraction; 0 when it is not finite or out of range.
 unsigned int truncated(double value);
 

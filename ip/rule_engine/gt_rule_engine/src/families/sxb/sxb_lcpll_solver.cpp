@@ -1,7 +1,8 @@
+#include "clocking_domains.h"
 #include "families/common/rule_arithmetic.h"
-#include "families/sxb/sxb_pll_candidates.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
+#include "user_clock.h"
 
 #include <cmath>
 #include <string>
@@ -11,9 +12,6 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr unsigned int lowestFeedbackDivider = 13;
-constexpr unsigned int lowestFeedbackDividerWithFraction = 16;
-constexpr unsigned int highestFeedbackDivider = 160;
 /// PLL clocks (GHz) up to here are half of the oscillator's.
 constexpr double highestHalfRateClock = 8.1875;
 /// Line rate (Gb/s) at which PCIe leaves out the first candidate.
@@ -29,7 +27,7 @@ struct lcpll_candidate {
           oscillator(isFullRate ? pllClock : 2.0 * pllClock) {}
 
     /// Oscillator in MHz.
-    double megahertz() const { return oscillator * megahertzPerGigahertz; }
+    double megahertz() const { return oscillator * clocking::megahertzPerGigahertz; }
 
     double clock;
     bool isFullRate;
@@ -87,8 +85,9 @@ class lcpll_solver {
         for (const double clock : clocks) {
             const lcpll_candidate candidate = tried(clock);
             const double ratio = candidate.megahertz() / referenceClock_();
-            for (const unsigned int divider : referenceDividers) {
-                if (takeFeedback(candidate, divider, lowestFeedbackDivider, divider * ratio)) {
+            for (const int divider : clocking::lcpll::preDividers) {
+                if (takeFeedback(candidate, divider, clocking::lcpll::integerFeedbackDividers,
+                                 divider * ratio)) {
                     return true;
                 }
             }
@@ -106,12 +105,12 @@ class lcpll_solver {
     }
 
     bool solveWithFraction(const lcpll_candidate& candidate) const {
-        for (const unsigned int divider : referenceDividers) {
+        for (const int divider : clocking::lcpll::preDividers) {
             const double ratio = candidate.megahertz() / (referenceClock_() / divider);
             const double whole = std::floor(ratio);
             // Stays in place also when the divider is not taken.
-            fraction_.set(truncated((ratio - whole) * fractionScale));
-            if (takeFeedback(candidate, divider, lowestFeedbackDividerWithFraction, whole)) {
+            fraction_.set(truncated((ratio - whole) * clocking::fractionScale));
+            if (takeFeedback(candidate, divider, clocking::fractionalFeedbackDividers, whole)) {
                 return true;
             }
         }
@@ -125,12 +124,13 @@ class lcpll_solver {
                candidate.oscillator <= highest + limitSlack;
     }
 
-    bool takeFeedback(const lcpll_candidate& candidate, unsigned int divider, unsigned int lowest,
+    template <class Dividers>
+    bool takeFeedback(const lcpll_candidate& candidate, int divider, const Dividers& dividers,
                       double wanted) const {
-        for (unsigned int feedback = lowest; feedback <= highestFeedbackDivider; ++feedback) {
-            if (agree(feedback, wanted)) {
-                referenceDivider_.set(divider);
-                feedbackDivider_.set(feedback);
+        for (const int feedback : dividers) {
+            if (clocking::agree(feedback, wanted)) {
+                referenceDivider_.set(static_cast<unsigned int>(divider));
+                feedbackDivider_.set(static_cast<unsigned int>(feedback));
                 clock_.set(candidate.clock);
                 return true;
             }

@@ -1,32 +1,13 @@
-#include "families/common/rule_arithmetic.h"
-#include "families/sxb/sxb_pll_candidates.h"
+#include "clocking_domains.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
+#include "user_clock.h"
 
-#include <array>
 #include <string>
 
 namespace sable_lanecfg {
 
 namespace {
-
-/// Programmable dividers, in the order in which they are tried.
-constexpr std::array<double, 11> programmableDividers{4.0,  5.0,  5.5,  8.0,  10.0, 16.0,
-                                                      16.5, 20.0, 32.0, 33.0, 40.0};
-/// Dividers behind them, in the path of the delay aligner, likewise.
-constexpr std::array<unsigned int, 14> pathDividers{1,  2,  3,  4,  6,  8,  12,
-                                                    16, 24, 32, 48, 64, 96, 128};
-/// What the delay aligner takes (GHz).
-constexpr double lowestAlignerClock = 0.5;
-constexpr double highestAlignerClock = 2.0;
-
-/// Bits on the line for each bit of the user.
-double lineBitsPerUserBit(const std::string& coding) {
-    if (coding == "8B10B") {
-        return 1.25;
-    }
-    return coding == asynchronousGearbox ? 1.03125 : 1.0;
-}
 
 /// Finds the two dividers that make the output clock of one direction from a PLL.
 class divider_search {
@@ -64,13 +45,15 @@ class divider_search {
 
     /// User clock of the line rate in MHz.
     double userClock() const {
-        return lineRate_() * megahertzPerGigahertz / (userWidth_() * lineBitsPerUserBit(coding_()));
+        const auto width = static_cast<float>(userWidth_());
+        return lineRate_() * clocking::megahertzPerGigahertz /
+               clocking::effectiveWidth(width, coding_());
     }
 
     /// The aligner is told the clock of the divider tried before the one found.
     void searchAroundAligner(double pllClock, double wanted) const {
         double clockBefore = 0.0;
-        for (const double divider : programmableDividers) {
+        for (const double divider : clocking::firstStageDividers) {
             const double divided = pllClock / divider;
             if (takePathDivider(divider, divided, wanted)) {
                 alignerClock_.set(clockBefore);
@@ -83,10 +66,9 @@ class divider_search {
 
     void searchThroughAligner(double pllClock, double wanted) const {
         double divided = 0.0;
-        for (const double divider : programmableDividers) {
+        for (const double divider : clocking::firstStageDividers) {
             divided = pllClock / divider;
-            const bool fitsAligner =
-                divided >= lowestAlignerClock && divided <= highestAlignerClock;
+            const bool fitsAligner = clocking::unbufferedStageClock.contains(divided);
             if (fitsAligner && takePathDivider(divider, divided * 0.5, wanted)) {
                 alignerClock_.set(divided);
                 return;
@@ -96,10 +78,10 @@ class divider_search {
     }
 
     bool takePathDivider(double divider, double clock, double wanted) const {
-        for (const unsigned int pathDivider : pathDividers) {
-            if (agree(clock / pathDivider * megahertzPerGigahertz, wanted)) {
+        for (const int pathDivider : clocking::secondStageDividers) {
+            if (clocking::agree(clock / pathDivider * clocking::megahertzPerGigahertz, wanted)) {
                 divider_.set(divider);
-                pathDivider_.set(pathDivider);
+                pathDivider_.set(static_cast<unsigned int>(pathDivider));
                 return true;
             }
         }

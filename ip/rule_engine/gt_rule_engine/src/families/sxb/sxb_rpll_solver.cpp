@@ -1,10 +1,10 @@
+#include "clocking_domains.h"
 #include "families/common/rule_arithmetic.h"
-#include "families/sxb/sxb_pll_candidates.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
+#include "user_clock.h"
 
 #include <cmath>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -12,28 +12,10 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr unsigned int lowestFeedbackDivider = 5;
-constexpr unsigned int highestFeedbackDivider = 125;
 /// Reference clocks (MHz) above this can't be doubled.
 constexpr double highestDoubledReference = 400.0;
 /// Feedback ratio that has to remain when the reference clock is doubled.
 constexpr double lowestDoubledRatio = 8.0;
-
-const std::vector<unsigned int>& freeFeedbackDividers() {
-    static const std::vector<unsigned int> dividers = [] {
-        std::vector<unsigned int> all(highestFeedbackDivider - lowestFeedbackDivider + 1);
-        std::iota(all.begin(), all.end(), lowestFeedbackDivider);
-        return all;
-    }();
-    return dividers;
-}
-
-/// Those that keep the clock clean enough for serial data.
-const std::vector<unsigned int>& serialFeedbackDividers() {
-    static const std::vector<unsigned int> dividers{5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15,
-                                                    16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 80};
-    return dividers;
-}
 
 /// Feedback ratio of a clock with a fraction.
 struct rpll_ratio {
@@ -42,7 +24,7 @@ struct rpll_ratio {
 };
 
 rpll_ratio fractionalRatio(double clock, double referenceClock) {
-    const double ratio = megahertzPerGigahertz * clock / referenceClock;
+    const double ratio = clocking::megahertzPerGigahertz * clock / referenceClock;
     const double halved = 0.5 * ratio;
     const bool isDoubled =
         referenceClock <= highestDoubledReference && halved >= lowestDoubledRatio;
@@ -71,10 +53,7 @@ class rpll_solver {
 
     void operator()() const {
         fraction_.set(0);
-        const bool isSerial = servesSerialData();
-        const auto& dividers = isSerial ? serialFeedbackDividers() : freeFeedbackDividers();
-        const bool isDoubled = !solveWithoutFraction(dividers) && !isSerial && solveWithFraction();
-        doubler_.set(isDoubled ? 1U : 0U);
+        doubler_.set(solve() ? 1U : 0U);
     }
 
   private:
@@ -83,9 +62,20 @@ class rpll_solver {
                (receivePll_() == "RPLL" && receiveInUse_()) || serialAtRate0_();
     }
 
-    bool solveWithoutFraction(const std::vector<unsigned int>& dividers) const {
+    /// Result of this and of `solveWithFraction`: whether the clock found needs the doubler.
+    bool solve() const {
+        if (servesSerialData()) {
+            // Only these dividers keep the clock clean enough, and no fraction does.
+            solveWithoutFraction(clocking::rpll::feedbackDividers);
+            return false;
+        }
+        return !solveWithoutFraction(clocking::rpll::freeFeedbackDividers) && solveWithFraction();
+    }
+
+    template <class Dividers>
+    bool solveWithoutFraction(const Dividers& dividers) const {
         for (const double clock : clocks_()) {
-            const double ratio = megahertzPerGigahertz * clock / referenceClock_();
+            const double ratio = clocking::megahertzPerGigahertz * clock / referenceClock_();
             if (takeDividers(clock, ratio, dividers)) {
                 return true;
             }
@@ -93,26 +83,26 @@ class rpll_solver {
         return false;
     }
 
-    /// Result: whether the clock found needs the doubler.
     bool solveWithFraction() const {
         for (const double clock : clocks_()) {
             const rpll_ratio ratio = fractionalRatio(clock, referenceClock_());
             const double whole = std::floor(ratio.value);
             // Stays in place also when the clock is not taken.
-            fraction_.set(truncated((ratio.value - whole) * fractionScale));
-            if (takeDividers(clock, whole, freeFeedbackDividers())) {
+            fraction_.set(truncated((ratio.value - whole) * clocking::fractionScale));
+            if (takeDividers(clock, whole, clocking::rpll::freeFeedbackDividers)) {
                 return ratio.isDoubled;
             }
         }
         return false;
     }
 
-    bool takeDividers(double clock, double ratio, const std::vector<unsigned int>& dividers) const {
-        for (const unsigned int divider : referenceDividers) {
-            for (const unsigned int feedback : dividers) {
-                if (agree(feedback, divider * ratio)) {
-                    referenceDivider_.set(divider);
-                    feedbackDivider_.set(feedback);
+    template <class Dividers>
+    bool takeDividers(double clock, double ratio, const Dividers& dividers) const {
+        for (const int divider : clocking::rpll::preDividers) {
+            for (const int feedback : dividers) {
+                if (clocking::agree(feedback, divider * ratio)) {
+                    referenceDivider_.set(static_cast<unsigned int>(divider));
+                    feedbackDivider_.set(static_cast<unsigned int>(feedback));
                     clock_.set(clock);
                     return true;
                 }
