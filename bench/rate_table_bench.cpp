@@ -14,7 +14,6 @@
 
 namespace {
 
-using sable_lanecfg::attributeInfo;
 using sable_lanecfg::channelUsageInfo;
 using sable_lanecfg::gt_rule_engine_live;
 using sable_lanecfg::ruleValue;
