@@ -35,7 +35,7 @@ std::vector<std::string> databaseSubcommands() {
 
 std::vector<std::string> allSubcommands() {
     std::vector<std::string> words = databaseSubcommands();
-    words.insert(words.end(), {"models", "model-update", "rules"});
+    words.insert(words.end(), {"models", "model-update", "rules", "refclk", "outclk-list"});
     return words;
 }
 
@@ -58,6 +58,12 @@ std::vector<std::string> neededArguments(const std::string& subcommand) {
     }
     if (subcommand == "model-update") {
         return {"corvane:ip:gt_subcore_ip:1.0", "TXPROGDIV_FREQ_ENABLE"};
+    }
+    if (subcommand == "refclk") {
+        return {"--rate", "10", "--refclk", "100", "--pll", "LCPLL"};
+    }
+    if (subcommand == "outclk-list") {
+        return {"--direction", "RX", "--rate", "10", "--pll", "LCPLL", "--width", "40"};
     }
     return {};
 }

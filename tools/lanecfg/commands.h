@@ -23,6 +23,8 @@ void addLogCommand(CLI::App& program, Work& chosen);
 void addMemoryCommand(CLI::App& program, Work& chosen);
 void addUpdateElfCommand(CLI::App& program, Work& chosen);
 void addRateTableCommand(CLI::App& program, Work& chosen);
+void addRefclkCommand(CLI::App& program, Work& chosen);
+void addOutclkListCommand(CLI::App& program, Work& chosen);
 void addCheckDatabaseCommand(CLI::App& program, Work& chosen);
 void addRulesCommand(CLI::App& program, Work& chosen);
 void addFamiliesCommand(CLI::App& program, Work& chosen);

@@ -19,6 +19,8 @@ void addCommands(CLI::App& program, Work& chosen) {
     addMemoryCommand(program, chosen);
     addUpdateElfCommand(program, chosen);
     addRateTableCommand(program, chosen);
+    addRefclkCommand(program, chosen);
+    addOutclkListCommand(program, chosen);
     addFamiliesCommand(program, chosen);
     addRulesCommand(program, chosen);
     addModelsCommand(program, chosen);
