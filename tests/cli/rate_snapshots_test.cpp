@@ -67,5 +67,11 @@ TEST(RateSnapshots, AreFoundByTheRatesOfTheirPass) {
     EXPECT_EQ(snapshots.find(1, 0, 0), nullptr);
 }
 
+TEST(RateSnapshots, AreFoundAsTheFirstOfEqualRates) {
+    RateTableEngine engine;
+    engine.reg("A", "channel").pass(0, 0, 0, {{"A", 1U}}).pass(0, 0, 0, {{"A", 2U}});
+    EXPECT_THAT(takeSnapshots(engine).find(0, 0, 0)->words, ElementsAre(1U));
+}
+
 }  // namespace
 }  // namespace lanecfg_test

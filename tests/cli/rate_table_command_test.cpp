@@ -153,12 +153,5 @@ TEST_F(RateTableCommand, ReportsATableThatCannotBeMade) {
                   "no rate table: ");
 }
 
-TEST_F(RateTableCommand, HasAnExampleInItsHelp) {
-    const ProgramResult result = run({"rate-table", "--help"});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.output,
-                HasSubstr("lanecfg rate-table data/requests/sxa_multi_rate.json --decode"));
-}
-
 }  // namespace
 }  // namespace lanecfg_test

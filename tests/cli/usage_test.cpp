@@ -24,7 +24,7 @@ TEST_F(CommandLine, TellsItsVersion) {
 }
 
 std::vector<std::string> requestSubcommands() {
-    return {"attributes", "snapshot", "log", "memory", "update-elf"};
+    return {"attributes", "snapshot", "log", "memory", "rate-table", "update-elf"};
 }
 
 std::vector<std::string> databaseSubcommands() {

@@ -35,12 +35,9 @@ PassWords wordsOfPass(const variableMap& pass, const std::vector<std::string>& n
 }  // namespace
 
 const PassWords* RateSnapshots::find(std::size_t channel, unsigned txRate, unsigned rxRate) const {
-    const std::vector<PassWords>& passes = channels.at(channel);
-    const auto found =
-        std::find_if(passes.begin(), passes.end(), [txRate, rxRate](const PassWords& pass) {
-            return pass.txRate == txRate && pass.rxRate == rxRate;
-        });
-    return found == passes.end() ? nullptr : &*found;
+    const auto& index = indexOfRates.at(channel);
+    const auto found = index.find({txRate, rxRate});
+    return found == index.end() ? nullptr : &channels.at(channel)[found->second];
 }
 
 RateSnapshots takeSnapshots(const gt_rule_engine& engine) {
@@ -51,7 +48,11 @@ RateSnapshots takeSnapshots(const gt_rule_engine& engine) {
     const std::size_t channels = std::min(engine.blockVarMap.size(), rateTableChannelCount);
     for (std::size_t channel = 0; channel < channels; ++channel) {
         for (const variableMap& pass : engine.blockVarMap[channel]) {
-            snapshots.channels[channel].push_back(wordsOfPass(pass, snapshots.names));
+            std::vector<PassWords>& passes = snapshots.channels[channel];
+            passes.push_back(wordsOfPass(pass, snapshots.names));
+            const PassWords& added = passes.back();
+            snapshots.indexOfRates[channel].emplace(std::pair(added.txRate, added.rxRate),
+                                                    passes.size() - 1);
         }
     }
     return snapshots;

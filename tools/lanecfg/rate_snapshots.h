@@ -7,8 +7,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sable_lanecfg::tool {
@@ -24,6 +26,9 @@ struct PassWords {
 struct RateSnapshots {
     std::vector<std::string> names;  ///< all registers of the database, in name order
     std::array<std::vector<PassWords>, rateTableChannelCount> channels;
+    /// Index of a channel's pass by its rates, transmit first; of equal ones the first.
+    std::array<std::map<std::pair<unsigned, unsigned>, std::size_t>, rateTableChannelCount>
+        indexOfRates;
 
     /// The pass of a channel at these rates, null when it ran none.
     const PassWords* find(std::size_t channel, unsigned txRate, unsigned rxRate) const;
