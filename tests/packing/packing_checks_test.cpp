@@ -236,8 +236,8 @@ TEST(CheckIloConfig, TransmitPositionsAreWalkedInTheirOrderEachWithItsPins) {
     const PackingRequest request = PackingRequest()
                                        .add(transmit, 1, {unbuffered}, "A")
                                        .add(transmit, 0, {unbuffered}, "B")
-                                       .add(receive, 0, {rateOf(10.0, "RPLL")}, "B")
                                        .add(receive, 1, {rateOf(10.0, "RPLL")}, "C")
+                                       .add(receive, 0, {rateOf(10.0, "RPLL")}, "B")
                                        .joinRecords();
     EXPECT_THAT(
         request.packing().checkILOconfig(false),
