@@ -1,3 +1,5 @@
+#include "families/sxb/sxb_lane_alignment.h"
+
 #include "sxb_rule_alone.h"
 
 #include <gmock/gmock.h>
@@ -51,6 +53,42 @@ std::vector<RuleCase> phaseCountCases() {
 
 INSTANTIATE_TEST_SUITE_P(OfPhaseCounts, SxbLaneRule, testing::ValuesIn(phaseCountCases()),
                          caseName);
+
+struct PhaseStep {
+    unsigned int threshold;
+    unsigned int count;
+};
+
+std::string stepName(const testing::TestParamInfo<PhaseStep>& info) {
+    return "At" + std::to_string(info.param.threshold);
+}
+
+class SxbPhaseStep : public testing::TestWithParam<PhaseStep> {};
+
+TEST_P(SxbPhaseStep, IsReachedAtItsThresholdAndNotBelow) {
+    const auto [threshold, count] = GetParam();
+    EXPECT_EQ(sable_lanecfg::initialPhaseCount(threshold), count);
+    EXPECT_EQ(sable_lanecfg::initialPhaseCount(threshold + 1), count);
+    if (threshold > 0) {
+        EXPECT_EQ(sable_lanecfg::initialPhaseCount(threshold - 1), count - 1);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Threshold, SxbPhaseStep,
+    testing::Values(PhaseStep{0, 0}, PhaseStep{6, 1}, PhaseStep{8, 2}, PhaseStep{16, 3},
+                    PhaseStep{20, 4}, PhaseStep{24, 5}, PhaseStep{28, 6}, PhaseStep{32, 7},
+                    PhaseStep{40, 8}, PhaseStep{48, 9}, PhaseStep{56, 10}, PhaseStep{64, 11},
+                    PhaseStep{72, 12}, PhaseStep{80, 13}, PhaseStep{96, 14}, PhaseStep{120, 15},
+                    PhaseStep{132, 16}, PhaseStep{140, 17}, PhaseStep{156, 18}, PhaseStep{168, 19},
+                    PhaseStep{172, 20}, PhaseStep{180, 21}, PhaseStep{196, 22}, PhaseStep{200, 23},
+                    PhaseStep{216, 24}, PhaseStep{228, 25}, PhaseStep{232, 26}, PhaseStep{248, 27},
+                    PhaseStep{250, 28}, PhaseStep{254, 29}),
+    stepName);
+
+TEST(SxbPhaseSteps, BeyondTheLastOneThereIsNone) {
+    EXPECT_EQ(sable_lanecfg::initialPhaseCount(4294967295U), 29U);
+}
 
 struct SynchronisationRow {
     std::string position;

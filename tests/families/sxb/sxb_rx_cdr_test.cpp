@@ -1,3 +1,5 @@
+#include "families/sxb/sxb_rx_cdr.h"
+
 #include "sxb_rule_alone.h"
 
 #include <gmock/gmock.h>
@@ -150,6 +152,60 @@ VariableValues loopFields(unsigned int proportional, unsigned int frequency, uns
             {"RX_CDR_CFG2.VOTEWX", 2U},
             {"RX_CDR_CFG2.VOTEWY", vote}};
 }
+
+struct DividerCode {
+    unsigned int divider;
+    unsigned int code;
+};
+
+std::string dividerName(const testing::TestParamInfo<DividerCode>& info) {
+    return "Of" + std::to_string(info.param.divider);
+}
+
+class SxbRxProportionalDivider : public testing::TestWithParam<DividerCode> {};
+
+TEST_P(SxbRxProportionalDivider, HasItsCode) {
+    EXPECT_EQ(sable_lanecfg::proportionalDividerCode(GetParam().divider), GetParam().code);
+}
+
+INSTANTIATE_TEST_SUITE_P(Code, SxbRxProportionalDivider,
+                         testing::Values(DividerCode{8, 0}, DividerCode{16, 1}, DividerCode{32, 2},
+                                         DividerCode{64, 3}, DividerCode{128, 4},
+                                         DividerCode{256, 5}, DividerCode{512, 6},
+                                         DividerCode{1024, 7}, DividerCode{2048, 8},
+                                         DividerCode{4096, 9}, DividerCode{8192, 10},
+                                         DividerCode{1, 15}, DividerCode{2, 0}, DividerCode{0, 0}),
+                         dividerName);
+
+class SxbRxFrequencyDivider : public testing::TestWithParam<DividerCode> {};
+
+TEST_P(SxbRxFrequencyDivider, HasItsCode) {
+    EXPECT_EQ(sable_lanecfg::frequencyDividerCode(GetParam().divider), GetParam().code);
+}
+
+INSTANTIATE_TEST_SUITE_P(Code, SxbRxFrequencyDivider,
+                         testing::Values(DividerCode{1, 0}, DividerCode{2, 1}, DividerCode{4, 2},
+                                         DividerCode{8, 3}, DividerCode{16, 4}, DividerCode{32, 5},
+                                         DividerCode{64, 6}, DividerCode{128, 7},
+                                         DividerCode{256, 0}, DividerCode{0, 0}),
+                         dividerName);
+
+struct FactorCode {
+    double factor;
+    unsigned int code;
+};
+
+class SxbRxLoopFactor : public testing::TestWithParam<FactorCode> {};
+
+TEST_P(SxbRxLoopFactor, HasItsCode) {
+    EXPECT_EQ(sable_lanecfg::loopFactorCode(GetParam().factor), GetParam().code);
+}
+
+INSTANTIATE_TEST_SUITE_P(Code, SxbRxLoopFactor,
+                         testing::Values(FactorCode{0.25, 0}, FactorCode{0.5, 1},
+                                         FactorCode{1.0, 2}, FactorCode{2.0, 3}, FactorCode{4.0, 4},
+                                         FactorCode{8.0, 5}, FactorCode{0.0, 7},
+                                         FactorCode{16.0, 0}));
 
 struct SteadyRow {
     double rate;

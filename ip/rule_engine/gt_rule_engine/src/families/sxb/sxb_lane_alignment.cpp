@@ -15,14 +15,9 @@ constexpr std::array<unsigned int, 30> phaseCountSteps{
     0,   6,   8,   16,  20,  24,  28,  32,  40,  48,  56,  64,  72,  80,  96,
     120, 132, 140, 156, 168, 172, 180, 196, 200, 216, 228, 232, 248, 250, 254};
 
-constexpr code_table<std::string_view, 3> chainModes{{{"top", 1}, {"bottom", 2}, {"middle", 3}}};
+constexpr unsigned int phasesOfClock = 32;
 
-/// The last step that the count has reached; 0 is always reached.
-unsigned int phaseCount(unsigned int clocksPerWord) {
-    const auto beyond =
-        std::upper_bound(phaseCountSteps.begin(), phaseCountSteps.end(), clocksPerWord * 32);
-    return static_cast<unsigned int>(beyond - phaseCountSteps.begin()) - 1;
-}
+constexpr code_table<std::string_view, 3> chainModes{{{"top", 1}, {"bottom", 2}, {"middle", 3}}};
 
 /// Tells whether the asynchronous gearbox does the alignment by itself: it does where a user word
 /// is two internal ones.
@@ -48,7 +43,7 @@ ruleDeclarer phaseCounts(const laneSide& side, const std::string& singleLaneFiel
         const auto singleLane = rule.writes(singleLaneField);
         const auto multiLane = rule.writes(multiLaneField);
         rule.body([=] {
-            const unsigned int count = phaseCount(clocksPerWord());
+            const unsigned int count = initialPhaseCount(clocksPerWord() * phasesOfClock);
             singleLane.set(count);
             multiLane.set(count);
         });
@@ -101,6 +96,12 @@ void addLaneAlignmentRules(logicRules& rules, const laneSide& side,
     rules[field("1.ASYNC_GBOX_PHALIGN_EN")] =
         oneForWord(std::string(side.coding), std::string(asynchronousGearbox));
     rules[field("1.SETINIT_PH_CNT")] = phaseCounts(side, field("1.SETINIT_PH_CNT"), multiLaneCount);
+}
+
+unsigned int initialPhaseCount(unsigned int position) {
+    const auto beyond = std::upper_bound(phaseCountSteps.begin(), phaseCountSteps.end(), position);
+    // The first step is 0, so it is always reached.
+    return static_cast<unsigned int>(beyond - phaseCountSteps.begin()) - 1;
 }
 
 ruleDeclarer zeroForWord(const std::string& textName, const std::string& word) {

@@ -12,6 +12,10 @@ namespace sable_lanecfg {
 void addLaneAlignmentRules(logicRules& rules, const laneSide& side,
                            const std::string& multiLaneCount);
 
+/// The initial phase count of the alignment: the number of the last of its 30 steps that
+/// `position` has reached.
+unsigned int initialPhaseCount(unsigned int position);
+
 /// Field that is 0 for one word of a text variable, else 1.
 ruleDeclarer zeroForWord(const std::string& textName, const std::string& word);
 

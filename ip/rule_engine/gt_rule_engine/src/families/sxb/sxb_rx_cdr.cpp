@@ -184,11 +184,11 @@ class recovery_fields {
     }
 
     void setLoop(const recoveryLoop& loop) const {
-        proportionalDivider_.set(codeOf(proportionalDividers, loop.proportionalDivider));
-        proportionalFactor_.set(codeOf(factors, loop.proportionalFactor));
-        frequencyDivider_.set(codeOf(frequencyDividers, loop.frequencyDivider));
-        voteX_.set(codeOf(factors, 1.0));
-        voteY_.set(codeOf(factors, loop.vote));
+        proportionalDivider_.set(proportionalDividerCode(loop.proportionalDivider));
+        proportionalFactor_.set(loopFactorCode(loop.proportionalFactor));
+        frequencyDivider_.set(frequencyDividerCode(loop.frequencyDivider));
+        voteX_.set(loopFactorCode(1.0));
+        voteY_.set(loopFactorCode(loop.vote));
     }
 
   private:
@@ -270,6 +270,18 @@ ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool 
             fields.setWidths(special == nullptr ? row.widths : special->widths);
         });
     };
+}
+
+unsigned int proportionalDividerCode(unsigned int divider) {
+    return codeOf(proportionalDividers, divider);
+}
+
+unsigned int frequencyDividerCode(unsigned int divider) {
+    return codeOf(frequencyDividers, divider);
+}
+
+unsigned int loopFactorCode(double factor) {
+    return codeOf(factors, factor);
 }
 
 void addRxRecoveryRules(logicRules& rules) {

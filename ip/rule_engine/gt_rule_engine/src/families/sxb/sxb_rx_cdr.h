@@ -27,4 +27,9 @@ struct pcieRecoveryCase {
 /// revision.
 ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool laterSiliconOnly);
 
+/// Codes of the loop filter's settings, 0 for a setting without one.
+unsigned int proportionalDividerCode(unsigned int divider);
+unsigned int frequencyDividerCode(unsigned int divider);
+unsigned int loopFactorCode(double factor);
+
 }  // namespace sable_lanecfg
