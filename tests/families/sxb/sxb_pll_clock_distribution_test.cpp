@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 #include "sxb_pll_sides.h"
 
 #include <gtest/gtest.h>
@@ -24,16 +24,16 @@ std::vector<FieldCase> bandCases() {
         const std::string field =
             side.word == "TX" ? "CHCLK_TXPI_CFG0.TXPI_BAND_SEL" : "CHCLK_RXPI_CFG.RXPI_BAND_SEL";
         const auto lcpll = [&](double clock, const std::string& rate) {
-            return RuleInputs{{side.word + "_PLL_TYPE", "LCPLL"s},
-                              {"INT_LCPLL_PLLCLKOUT", clock},
-                              {"INT_LCPLLCLKOUTRATE", rate},
-                              {"INT_RPLL_PLLCLKOUT", 1.0}};
+            return VariableValues{{side.word + "_PLL_TYPE", "LCPLL"s},
+                                  {"INT_LCPLL_PLLCLKOUT", clock},
+                                  {"INT_LCPLLCLKOUTRATE", rate},
+                                  {"INT_RPLL_PLLCLKOUT", 1.0}};
         };
         const auto rpll = [&](double clock) {
-            return RuleInputs{{side.word + "_PLL_TYPE", "RPLL"s},
-                              {"INT_LCPLL_PLLCLKOUT", 13.0},
-                              {"INT_LCPLLCLKOUTRATE", "HALF"s},
-                              {"INT_RPLL_PLLCLKOUT", clock}};
+            return VariableValues{{side.word + "_PLL_TYPE", "RPLL"s},
+                                  {"INT_LCPLL_PLLCLKOUT", 13.0},
+                                  {"INT_LCPLLCLKOUTRATE", "HALF"s},
+                                  {"INT_RPLL_PLLCLKOUT", clock}};
         };
         append(cases, {{field, lcpll(6.999999, "FULL"), 0},
                        {field, lcpll(7.0, "FULL"), 2},
@@ -56,10 +56,10 @@ std::vector<FieldCase> bandCases() {
 std::vector<FieldCase> oscillatorSourceCases() {
     const auto lane = [](bool transmit, bool receive, const std::string& transmitPll,
                          const std::string& receivePll) {
-        return RuleInputs{{"TX_IN_USE", transmit},
-                          {"RX_IN_USE", receive},
-                          {"TX_PLL_TYPE", transmitPll},
-                          {"RX_PLL_TYPE", receivePll}};
+        return VariableValues{{"TX_IN_USE", transmit},
+                              {"RX_IN_USE", receive},
+                              {"TX_PLL_TYPE", transmitPll},
+                              {"RX_PLL_TYPE", receivePll}};
     };
     const std::string field = "CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL";
     return {{field, lane(true, false, "LCPLL", "RPLL"), 1},
@@ -74,9 +74,9 @@ std::vector<FieldCase> oscillatorSourceCases() {
 
 std::vector<FieldCase> oscillatorCases() {
     const auto clocks = [](unsigned int source, double lcpll, double rpll) {
-        return RuleInputs{{"CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL", source},
-                          {"INT_LCPLL_PLLCLKOUT", lcpll},
-                          {"INT_RPLL_PLLCLKOUT", rpll}};
+        return VariableValues{{"CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL", source},
+                              {"INT_LCPLL_PLLCLKOUT", lcpll},
+                              {"INT_RPLL_PLLCLKOUT", rpll}};
     };
     const std::string boost = "CHCLK_ILO_CFG.RESERVED_BIT17";
     const std::string lock = "RESET_CFG.ILORESET_PLLLOCK_SEL";
@@ -91,9 +91,9 @@ std::vector<FieldCase> oscillatorCases() {
 
 std::vector<FieldCase> programmableClockCases() {
     const auto divider = [](bool interpolator, bool enabled, const std::string& source) {
-        return RuleInputs{{"TX_PIPM_ENABLE", interpolator},
-                          {"TXPROGDIV_FREQ_ENABLE", enabled},
-                          {"TXPROGDIV_FREQ_SOURCE", source}};
+        return VariableValues{{"TX_PIPM_ENABLE", interpolator},
+                              {"TXPROGDIV_FREQ_ENABLE", enabled},
+                              {"TXPROGDIV_FREQ_SOURCE", source}};
     };
     const std::string source = "CHCLK_TXPI_CFG0.TX_PROGCLK_SEL";
     const std::string bypass = "CHCLK_TXPI_CFG0.TXPI_BYPASS";
@@ -109,14 +109,16 @@ std::vector<FieldCase> programmableClockCases() {
             {bypass, {{"TX_BUFFER_MODE", 0U}, {"TX_PIPM_ENABLE", true}}, 0}};
 }
 
-INSTANTIATE_TEST_SUITE_P(Distribution, SxbPllField, testing::ValuesIn(distributionCases()),
+INSTANTIATE_TEST_SUITE_P(Distribution, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(distributionCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(InterpolatorBands, SxbLaneRule, testing::ValuesIn(ruleCases(bandCases())),
                          caseName);
-INSTANTIATE_TEST_SUITE_P(InterpolatorBands, SxbPllField, testing::ValuesIn(bandCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(OscillatorSource, SxbPllField, testing::ValuesIn(oscillatorSourceCases()),
+INSTANTIATE_TEST_SUITE_P(OscillatorSource, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(oscillatorSourceCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(Oscillator, SxbLaneRule, testing::ValuesIn(ruleCases(oscillatorCases())),
                          caseName);
-INSTANTIATE_TEST_SUITE_P(Oscillator, SxbPllField, testing::ValuesIn(oscillatorCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(ProgrammableClock, SxbPllField,
-                         testing::ValuesIn(programmableClockCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(ProgrammableClock, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(programmableClockCases())), caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

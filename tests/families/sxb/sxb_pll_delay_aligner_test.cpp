@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 #include "sxb_pll_sides.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using namespace std::string_literals;
 const char* const alignmentMode = "RX_PHALIGN_CFG5.CMN_FAB_CLK_PHALIGN_MODE";
 
 /// An unbuffered asynchronous lane with twice the internal width.
-RuleInputs wideGearbox(const TestedSide& side) {
+VariableValues wideGearbox(const TestedSide& side) {
     return {{side.word + "_BUFFER_MODE", 0U},
             {side.coding, "64B66B_ASYNC"s},
             {side.word + "_SYNCDONE_POSITION", "above"s},
@@ -24,7 +24,7 @@ RuleInputs wideGearbox(const TestedSide& side) {
             {side.word + "_INT_DATA_WIDTH", 32U}};
 }
 
-RuleInputs wideTransmitter() {
+VariableValues wideTransmitter() {
     return with(wideGearbox(testedSides()[0]), {{"TX_OUTCLK_SOURCE", "TXOUTCLKPMA"s},
                                                 {"TX_PLL_TYPE", "LCPLL"s},
                                                 {"RX_PLL_TYPE", "RPLL"s}});
@@ -34,7 +34,7 @@ std::vector<FieldCase> bypassCases() {
     std::vector<FieldCase> cases;
     for (const TestedSide& side : testedSides()) {
         const std::string field = "PIPE_CTRL_CFG7." + side.word + "_DA_BYP";
-        const RuleInputs wide = with(wideTransmitter(), wideGearbox(side));
+        const VariableValues wide = with(wideTransmitter(), wideGearbox(side));
         append(cases,
                {{field, wide, 1},
                 {field, with(wide, {{side.word + "_SYNCDONE_POSITION", "single"s}}), 0},
@@ -51,7 +51,7 @@ std::vector<FieldCase> bypassCases() {
 }
 
 /// A buffered raw transmitter on its programmable clock, whose PLL is not the receiver's.
-RuleInputs bufferedRawClock() {
+VariableValues bufferedRawClock() {
     return with(wideTransmitter(), {{"TX_BUFFER_MODE", 1U},
                                     {"TX_OUTCLK_SOURCE", "TXPROGDIVCLK"s},
                                     {"TX_DATA_ENCODING", "RAW"s}});
@@ -76,15 +76,16 @@ std::vector<FieldCase> bufferedReceiverBypassCases() {
              1}};
 }
 
-INSTANTIATE_TEST_SUITE_P(AlignerBypass, SxbPllField, testing::ValuesIn(bypassCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(AlignerBypassOfABufferedTransmitter, SxbPllField,
-                         testing::ValuesIn(bufferedTransmitterBypassCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(AlignerBypassOfABufferedReceiver, SxbPllField,
-                         testing::ValuesIn(bufferedReceiverBypassCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerBypass, SxbLaneRule, testing::ValuesIn(ruleCases(bypassCases())),
+                         caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerBypassOfABufferedTransmitter, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(bufferedTransmitterBypassCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerBypassOfABufferedReceiver, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(bufferedReceiverBypassCases())), caseName);
 
 /// A raw lane at its internal width, on its programmable clock divided by eight; a master that
 /// multi-lane alignment does not keep.
-RuleInputs programmableClock(const TestedSide& side) {
+VariableValues programmableClock(const TestedSide& side) {
     return {{side.word + "_USER_DATA_WIDTH", 32U},
             {side.word + "_INT_DATA_WIDTH", 32U},
             {side.coding, "RAW"s},
@@ -127,9 +128,10 @@ std::vector<FieldCase> fixedClockCases() {
         const std::string userWidth = side.word + "_USER_DATA_WIDTH";
         const std::string internalWidth = side.word + "_INT_DATA_WIDTH";
         const std::string source = side.word + "_OUTCLK_SOURCE";
-        const RuleInputs pma =
+        const VariableValues pma =
             with(programmableClock(side), {{source, side.word + "OUTCLKPMA"}, {userWidth, 64U}});
-        const RuleInputs eightToTen = with(pma, {{side.coding, "8B10B"s}, {internalWidth, 20U}});
+        const VariableValues eightToTen =
+            with(pma, {{side.coding, "8B10B"s}, {internalWidth, 20U}});
         for (const std::string& field : dividerFields(side)) {
             append(cases, {{field, pma, 1},
                            {field, with(pma, {{source, side.word + "OUTCLKPCS"}}), 1},
@@ -171,10 +173,10 @@ std::vector<FieldCase> programmableAlignerCases() {
         const std::string userWidth = side.word + "_USER_DATA_WIDTH";
         const std::string divider = "INT_" + side.word + "OUTCLKDIV_FOR_PROGDIV_PATH";
         const std::string keepsMaster = side.word + "_MAINTAIN_MASTER";
-        const RuleInputs lane = programmableClock(side);
-        const RuleInputs gearbox =
+        const VariableValues lane = programmableClock(side);
+        const VariableValues gearbox =
             with(lane, {{side.coding, "64B66B_ASYNC"s}, {position, "above"s}, {userWidth, 64U}});
-        const RuleInputs doubled = with(lane, {{userWidth, 64U}, {keepsMaster, true}});
+        const VariableValues doubled = with(lane, {{userWidth, 64U}, {keepsMaster, true}});
         append(
             cases,
             {{field, lane, 5},
@@ -205,14 +207,14 @@ std::vector<FieldCase> programmableAlignerCases() {
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(AlignerDividerCodes, SxbPllField, testing::ValuesIn(dividerCodeCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(AlignerDividersOfFixedClocks, SxbPllField,
-                         testing::ValuesIn(fixedClockCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(AlignerDividersBesideTheAligner, SxbPllField,
-                         testing::ValuesIn(programmableBypassCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(AlignerDividersThroughTheAligner, SxbPllField,
-                         testing::ValuesIn(programmableAlignerCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerDividerCodes, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(dividerCodeCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerDividersOfFixedClocks, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(fixedClockCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerDividersBesideTheAligner, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(programmableBypassCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerDividersThroughTheAligner, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(programmableAlignerCases())), caseName);
 
 std::vector<FieldCase> clockControlCases() {
     const std::vector<std::pair<std::string, unsigned int>> rows{
@@ -249,7 +251,7 @@ std::vector<FieldCase> alignerPowerCases() {
         const std::string reference = "DA_CFG." + side.word + "_DA_REFCLK_SEL";
         const std::string userWidth = side.word + "_USER_DATA_WIDTH";
         const std::string bypass = "PIPE_CTRL_CFG7." + side.word + "_DA_BYP";
-        const RuleInputs wide = with(wideGearbox(side), {{bypass, 1U}});
+        const VariableValues wide = with(wideGearbox(side), {{bypass, 1U}});
         append(cases, {{power, wide, 1},
                        {power, with(wide, {{userWidth, 32U}}), 0},
                        {power, with(wide, {{side.coding, "RAW"s}}), 0},
@@ -265,21 +267,21 @@ std::vector<FieldCase> alignerPowerCases() {
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(OutputClockControl, SxbPllField, testing::ValuesIn(clockControlCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(AlignerPowerAndRange, SxbPllField, testing::ValuesIn(alignerPowerCases()),
-                         caseName);
+INSTANTIATE_TEST_SUITE_P(OutputClockControl, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(clockControlCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(AlignerPowerAndRange, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(alignerPowerCases())), caseName);
 
 /// Rules that divide by the internal data width.
 std::vector<FieldCase> ratioCases() {
     std::vector<FieldCase> cases;
     for (const TestedSide& side : testedSides()) {
-        const RuleInputs zero{{side.word + "_INT_DATA_WIDTH", 0U}};
-        const RuleInputs lane = with(programmableClock(side), zero);
+        const VariableValues zero{{side.word + "_INT_DATA_WIDTH", 0U}};
+        const VariableValues lane = with(programmableClock(side), zero);
         for (const std::string& field : dividerFields(side)) {
             cases.push_back({field, lane, 0});
         }
-        const RuleInputs wide = with(with(wideTransmitter(), wideGearbox(side)), zero);
+        const VariableValues wide = with(with(wideTransmitter(), wideGearbox(side)), zero);
         cases.push_back({"PIPE_CTRL_CFG7." + side.word + "_DA_BYP", wide, 0});
         cases.push_back({"DA_CFG." + side.word + "_DA_PWRDNB",
                          with(wide, {{"PIPE_CTRL_CFG7." + side.word + "_DA_BYP", 1U}}), 0});
@@ -289,10 +291,10 @@ std::vector<FieldCase> ratioCases() {
     return cases;
 }
 
-class SxbPllDivisionByZero : public testing::TestWithParam<FieldCase> {};
+class SxbPllDivisionByZero : public testing::TestWithParam<RuleCase> {};
 
 TEST_P(SxbPllDivisionByZero, ThrowsADomainErrorThatNamesTheWidth) {
-    PllRuleAlone rule(GetParam().field);
+    RuleAlone rule(GetParam().rule);
     rule.set(GetParam().inputs);
     const bool isTransmit = GetParam().inputs.count("TX_INT_DATA_WIDTH") != 0 &&
                             GetParam().inputs.at("TX_INT_DATA_WIDTH") == ruleValue(0U);
@@ -305,7 +307,8 @@ TEST_P(SxbPllDivisionByZero, ThrowsADomainErrorThatNamesTheWidth) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, SxbPllDivisionByZero, testing::ValuesIn(ratioCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(Of, SxbPllDivisionByZero, testing::ValuesIn(ruleCases(ratioCases())),
+                         caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

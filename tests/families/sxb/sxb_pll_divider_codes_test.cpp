@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 
 #include <gtest/gtest.h>
 
@@ -56,14 +56,14 @@ std::vector<FieldCase> oscillatorFeedbackCases() {
                            {{1.0, 31}, {2.5, 31}, {32.0, 31}, {0.0, 31}, {NAN, 31}});
 }
 
-INSTANTIATE_TEST_SUITE_P(ReferenceDividers, SxbPllField, testing::ValuesIn(referenceDividerCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(OutputDividers, SxbPllField, testing::ValuesIn(outputDividerCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(ProgrammableDividers, SxbPllField,
-                         testing::ValuesIn(programmableDividerCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(OscillatorFeedbackIs31ForEveryConfiguration, SxbPllField,
-                         testing::ValuesIn(oscillatorFeedbackCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(ReferenceDividers, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(referenceDividerCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(OutputDividers, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(outputDividerCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(ProgrammableDividers, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(programmableDividerCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(OscillatorFeedbackIs31ForEveryConfiguration, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(oscillatorFeedbackCases())), caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

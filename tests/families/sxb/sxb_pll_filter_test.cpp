@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::string_literals;
 
-RuleInputs lcpll(unsigned int fraction, bool pcie, double lineRate) {
+VariableValues lcpll(unsigned int fraction, bool pcie, double lineRate) {
     return {{"INT_LCPLL_SDMDATA", fraction}, {"PCIE_ENABLE", pcie}, {"TX_LINE_RATE", lineRate}};
 }
 
@@ -54,13 +54,14 @@ std::vector<FieldCase> logicCases() {
             {"RPLL_LGC_CFG2.REFCLK_ID", {{"INT_RPLL_REFCLK_ID", 12U}}, 12}};
 }
 
-INSTANTIATE_TEST_SUITE_P(LcpllChargePump, SxbPllField, testing::ValuesIn(chargePumpCases()),
+INSTANTIATE_TEST_SUITE_P(LcpllChargePump, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(chargePumpCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(LcpllCapacitors, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(capacitorCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(PllLogic, SxbLaneRule, testing::ValuesIn(ruleCases(logicCases())),
                          caseName);
-INSTANTIATE_TEST_SUITE_P(LcpllCapacitors, SxbPllField, testing::ValuesIn(capacitorCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(PllLogic, SxbPllField, testing::ValuesIn(logicCases()), caseName);
 
-RuleInputs oscillator(unsigned int feedback, double clock, const std::string& rate) {
+VariableValues oscillator(unsigned int feedback, double clock, const std::string& rate) {
     return {{"PCIE_ENABLE", false},
             {"TX_LINE_RATE", 10.0},
             {"INT_LCPLL_PLLCLKOUT", clock},
@@ -118,12 +119,12 @@ std::vector<FieldCase> resistanceOfRateCases() {
             {field, with(pcie(2.5), {{"PCIE_ENABLE", false}}), 102}};
 }
 
-INSTANTIATE_TEST_SUITE_P(LcpllResistance, SxbPllField, testing::ValuesIn(resistanceCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(LcpllResistanceOfRates, SxbPllField,
-                         testing::ValuesIn(resistanceOfRateCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(LcpllResistance, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(resistanceCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(LcpllResistanceOfRates, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(resistanceOfRateCases())), caseName);
 
-RuleInputs rpll(unsigned int fraction, unsigned int feedback, double clock) {
+VariableValues rpll(unsigned int fraction, unsigned int feedback, double clock) {
     return {{"INT_RPLL_SDMDATA", fraction},
             {"INT_RPLL_FBDIV", feedback},
             {"INT_RPLL_PLLCLKOUT", clock}};
@@ -169,10 +170,12 @@ std::vector<FieldCase> doublerCases() {
             {"RPLL_CFG1.RPLL_DOUBLER_BYPASSB", {{"INT_DOUBLER_EN", 1U}}, 1}};
 }
 
-INSTANTIATE_TEST_SUITE_P(RpllResistance, SxbPllField, testing::ValuesIn(rpllResistanceCases()),
+INSTANTIATE_TEST_SUITE_P(RpllResistance, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(rpllResistanceCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(RpllBands, SxbLaneRule, testing::ValuesIn(ruleCases(rpllBandCases())),
                          caseName);
-INSTANTIATE_TEST_SUITE_P(RpllBands, SxbPllField, testing::ValuesIn(rpllBandCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(RpllDoubler, SxbPllField, testing::ValuesIn(doublerCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(RpllDoubler, SxbLaneRule, testing::ValuesIn(ruleCases(doublerCases())),
+                         caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

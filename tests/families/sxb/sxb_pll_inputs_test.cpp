@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_rule_alone.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 
 /// Descriptions of both PLLs by both sides, all of them different.
-RuleInputs descriptions() {
+VariableValues descriptions() {
     return {{"TX_LCPLL_PLLCLKOUT_FREQ_VECTOR", std::vector<double>{10.3125, 8.0}},
             {"RX_LCPLL_PLLCLKOUT_FREQ_VECTOR", std::vector<double>{12.5}},
             {"TX_RPLL_PLLCLKOUT_FREQ_VECTOR", std::vector<double>{5.0, 4.5}},
@@ -52,17 +52,18 @@ void PrintTo(const SelectionCase& row, std::ostream* output) {
 class SxbPllInputSelection : public testing::TestWithParam<SelectionCase> {
   protected:
     SxbPllInputSelection() : rule("PLL input selection") {
-        rule.runPass(with(descriptions(), {{"TX_IN_USE", GetParam().transmitInUse},
-                                           {"TX_PLL_TYPE", GetParam().transmitPll},
-                                           {"TXPROGDIV_FREQ_ENABLE", GetParam().dividerEnabled},
-                                           {"TXPROGDIV_FREQ_SOURCE", GetParam().dividerSource}}));
+        rule.set(with(descriptions(), {{"TX_IN_USE", GetParam().transmitInUse},
+                                       {"TX_PLL_TYPE", GetParam().transmitPll},
+                                       {"TXPROGDIV_FREQ_ENABLE", GetParam().dividerEnabled},
+                                       {"TXPROGDIV_FREQ_SOURCE", GetParam().dividerSource}}));
+        rule.runPass();
     }
 
     void expect(const std::string& name, const ruleValue& expected) {
         EXPECT_EQ(rule.value(name), expected) << name;
     }
 
-    PllRuleAlone rule;
+    RuleAlone rule;
 };
 
 TEST_P(SxbPllInputSelection, TakesTheLcpllFromItsSide) {
@@ -99,15 +100,17 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST(SxbPllInputSelectionAlone, NeedsNoDividerWithoutATransmitter) {
-    PllRuleAlone rule("PLL input selection");
-    rule.runPass(with(descriptions(), {{"TX_IN_USE", false}}));
+    RuleAlone rule("PLL input selection");
+    rule.set(with(descriptions(), {{"TX_IN_USE", false}}));
+    rule.runPass();
     EXPECT_EQ(rule.value("INT_LCPLL_REFCLK_SOURCE"), ruleValue("R1"s));
 }
 
 TEST(SxbPllInputSelectionAlone, AnUnservedPllHasNoClocks) {
-    PllRuleAlone rule("PLL input selection");
-    rule.runPass(with(descriptions(), {{"TX_IN_USE", false},
-                                       {"RX_RPLL_PLLCLKOUT_FREQ_VECTOR", std::vector<double>()}}));
+    RuleAlone rule("PLL input selection");
+    rule.set(with(descriptions(), {{"TX_IN_USE", false},
+                                   {"RX_RPLL_PLLCLKOUT_FREQ_VECTOR", std::vector<double>()}}));
+    rule.runPass();
     EXPECT_EQ(rule.value("INT_RPLL_PLLCLKOUT_VECTOR"), ruleValue(std::vector<double>()));
 }
 

@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_rule_alone.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ const DeviceSettings oscillatorLimits{{"FLCPLLRANGE_MIN", {"8.0"}},
                                       {"FLCPLLRANGE_MAX", {"16.375"}}};
 
 /// What a pass before left; an unsolved PLL keeps it.
-RuleInputs resultsBefore() {
+VariableValues resultsBefore() {
     return {{"INT_LCPLL_REF_DIV", 7U},
             {"INT_LCPLL_FBDIV", 77U},
             {"INT_LCPLLCLKOUTRATE", "BEFORE"s},
@@ -36,11 +36,11 @@ class SxbPllLcpllSolver : public testing::Test {
   protected:
     void solve(const std::vector<double>& clocks, double referenceClock,
                const DeviceSettings& device = oscillatorLimits,
-               const RuleInputs& parameters = {{"PCIE_ENABLE", false}}) {
-        PllRuleAlone rule("LCPLL solver", device);
-        rule.set(resultsBefore());
-        rule.runPass(with(parameters, {{"INT_LCPLL_PLLCLKOUT_VECTOR", clocks},
-                                       {"INT_LCPLL_REFCLKFREQ", referenceClock}}));
+               const VariableValues& parameters = {{"PCIE_ENABLE", false}}) {
+        RuleAlone rule("LCPLL solver", resultsBefore(), device);
+        rule.set(with(parameters, {{"INT_LCPLL_PLLCLKOUT_VECTOR", clocks},
+                                   {"INT_LCPLL_REFCLKFREQ", referenceClock}}));
+        rule.runPass();
         result = {rule.valueOf<unsigned int>("INT_LCPLL_REF_DIV"),
                   rule.valueOf<unsigned int>("INT_LCPLL_FBDIV"),
                   rule.valueOf<double>("INT_LCPLL_PLLCLKOUT"),
@@ -241,11 +241,13 @@ TEST_F(SxbPllLcpllSolver, LimitsAreNotReadWithoutAClock) {
 }
 
 TEST(SxbPllLcpllPasses, ASolutionStaysThroughAPassWithoutClocks) {
-    PllRuleAlone rule("LCPLL solver");
-    rule.runPass({{"PCIE_ENABLE", false},
-                  {"INT_LCPLL_PLLCLKOUT_VECTOR", std::vector<double>{10.3125}},
-                  {"INT_LCPLL_REFCLKFREQ", 156.25}});
-    rule.runPass({{"INT_LCPLL_PLLCLKOUT_VECTOR", std::vector<double>()}});
+    RuleAlone rule("LCPLL solver");
+    rule.set({{"PCIE_ENABLE", false},
+              {"INT_LCPLL_PLLCLKOUT_VECTOR", std::vector<double>{10.3125}},
+              {"INT_LCPLL_REFCLKFREQ", 156.25}});
+    rule.runPass();
+    rule.set({{"INT_LCPLL_PLLCLKOUT_VECTOR", std::vector<double>()}});
+    rule.runPass();
     EXPECT_EQ(rule.valueOf<unsigned int>("INT_LCPLL_FBDIV"), 66U);
     EXPECT_EQ(rule.valueOf<double>("INT_LCPLL_PLLCLKOUT"), 10.3125);
 }

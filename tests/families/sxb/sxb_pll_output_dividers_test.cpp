@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_rule_alone.h"
 
 #include <gtest/gtest.h>
 
@@ -28,13 +28,14 @@ class SxbPllOutputDivider : public testing::TestWithParam<OutputDividerCase> {
   protected:
     /// Both sides as the case says but for the other one's PLL and rate.
     double divider(const std::string& side, const std::string& otherSide) {
-        PllRuleAlone rule("PLL output dividers");
-        rule.runPass({{"INT_LCPLL_PLLCLKOUT", GetParam().lcpllClock},
-                      {"INT_RPLL_PLLCLKOUT", GetParam().rpllClock},
-                      {side + "_PLL_TYPE", GetParam().pll},
-                      {side + "_LINE_RATE", GetParam().lineRate},
-                      {otherSide + "_PLL_TYPE", GetParam().pll == "LCPLL" ? "RPLL"s : "LCPLL"s},
-                      {otherSide + "_LINE_RATE", 1.25}});
+        RuleAlone rule("PLL output dividers");
+        rule.set({{"INT_LCPLL_PLLCLKOUT", GetParam().lcpllClock},
+                  {"INT_RPLL_PLLCLKOUT", GetParam().rpllClock},
+                  {side + "_PLL_TYPE", GetParam().pll},
+                  {side + "_LINE_RATE", GetParam().lineRate},
+                  {otherSide + "_PLL_TYPE", GetParam().pll == "LCPLL" ? "RPLL"s : "LCPLL"s},
+                  {otherSide + "_LINE_RATE", 1.25}});
+        rule.runPass();
         return rule.valueOf<double>("INT_" + side + "_OUTDIV");
     }
 };

@@ -1,5 +1,5 @@
 #include "families/sxb/sxb_pll_rules.h"
-#include "sxb_pll_rule_alone.h"
+#include "sxb_rule_alone.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,37 +14,37 @@
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::PassingEngine;
-using lanecfg_test::RuleInputs;
+using lanecfg_test::LaneEngine;
 using lanecfg_test::ruleValue;
+using lanecfg_test::VariableValues;
 using lanecfg_test::with;
 using namespace std::string_literals;
 
 /// Lane 0 with both directions at 10.3125 Gb/s from the LCPLL at 156.25 MHz, and what the rules of
 /// the receiver give it.
-RuleInputs tenGigabitEthernet() {
-    RuleInputs inputs{{"DUAL", 0U},
-                      {"LaneNum", 0U},
-                      {"LaneTxRxMode", "txrx_rate_together"s},
-                      {"siliconRev", "r1"s},
-                      {"RX_PHALIGN_CFG5.CMN_FAB_CLK_PHALIGN_MODE", 0U},
-                      {"INT_RX_EQ_MODE", "DFE"s},
-                      {"MULTI_RATE", false},
-                      {"PCIE_ENABLE", false},
-                      {"XPU_MODE", 0.0F},
-                      {"PCIE_USERCLK_FREQ", 250.0F},
-                      {"PCIE_USERCLK2_FREQ", 250.0F},
-                      {"GEN3_INT_DATA_WIDTH", 16U},
-                      {"MAX_RATE", 0U},
-                      {"OOB_ENABLE", false},
-                      {"RPLL_USED_FOR_SERIAL_DATA_RATE0", false},
-                      {"TX_PIPM_ENABLE", false},
-                      {"TX_DATA_ENCODING", "64B66B_SYNC"s},
-                      {"RX_DATA_DECODING", "64B66B_SYNC"s},
-                      {"RX_PPM_OFFSET", 0U},
-                      {"RX_SSC_PPM", 0U}};
+VariableValues tenGigabitEthernet() {
+    VariableValues inputs{{"DUAL", 0U},
+                          {"LaneNum", 0U},
+                          {"LaneTxRxMode", "txrx_rate_together"s},
+                          {"siliconRev", "r1"s},
+                          {"RX_PHALIGN_CFG5.CMN_FAB_CLK_PHALIGN_MODE", 0U},
+                          {"INT_RX_EQ_MODE", "DFE"s},
+                          {"MULTI_RATE", false},
+                          {"PCIE_ENABLE", false},
+                          {"XPU_MODE", 0.0F},
+                          {"PCIE_USERCLK_FREQ", 250.0F},
+                          {"PCIE_USERCLK2_FREQ", 250.0F},
+                          {"GEN3_INT_DATA_WIDTH", 16U},
+                          {"MAX_RATE", 0U},
+                          {"OOB_ENABLE", false},
+                          {"RPLL_USED_FOR_SERIAL_DATA_RATE0", false},
+                          {"TX_PIPM_ENABLE", false},
+                          {"TX_DATA_ENCODING", "64B66B_SYNC"s},
+                          {"RX_DATA_DECODING", "64B66B_SYNC"s},
+                          {"RX_PPM_OFFSET", 0U},
+                          {"RX_SSC_PPM", 0U}};
     for (const std::string& side : {"TX"s, "RX"s}) {
-        const RuleInputs ofSide{
+        const VariableValues ofSide{
             {side + "_IN_USE", true},
             {side + "_PLL_TYPE", "LCPLL"s},
             {side + "_LINE_RATE", 10.3125},
@@ -83,18 +83,16 @@ class SxbPllPass : public testing::Test {
         registerSxbPllRules(engine);
     }
 
-    void pass(const RuleInputs& changes = {}) {
+    void pass(const VariableValues& changes = {}) {
         engine.set(changes);
         engine.runPass();
     }
 
     void expect(const std::string& name, const ruleValue& expected) {
-        const variable* const known = engine.findVariable(name);
-        ASSERT_NE(known, nullptr) << name;
-        EXPECT_EQ(known->second.value, expected) << name;
+        EXPECT_EQ(engine.value(name), expected) << name;
     }
 
-    PassingEngine engine{{{"FLCPLLRANGE_MIN", {"8.0"}}, {"FLCPLLRANGE_MAX", {"16.375"}}}};
+    LaneEngine engine;
 };
 
 TEST_F(SxbPllPass, SolvesTenGigabitEthernetWithoutAFraction) {
@@ -143,15 +141,6 @@ TEST_F(SxbPllPass, AnIdleLaneLeavesTheSolutionOfTheLaneBefore) {
     expect("INT_LCPLL_FBDIV", 66U);
     expect("INT_LCPLL_PLLCLKOUT", 10.3125);
     expect("A_CFG1.A_HS0_LCPLLFBDIV", 64U);
-}
-
-TEST_F(SxbPllPass, GivesEveryVariableOfARuleAValue) {
-    pass();
-    for (const auto& [name, info] : engine.varMap) {
-        if (info.ruleNumber) {
-            EXPECT_NE(info.value.which(), 0) << name;
-        }
-    }
 }
 
 TEST_F(SxbPllPass, OnlyTheHalfRateOfTheRpllStaysWithoutAValue) {
@@ -226,7 +215,7 @@ TEST_F(SxbPllPass, ConstantFieldsAreTheSameInEveryConfiguration) {
                                                "FABRIC_INTF_CFG5.",
                                                "UB_CFG0."};
     const auto fields = [&] {
-        RuleInputs values;
+        VariableValues values;
         for (const std::string& prefix : allConstant) {
             for (const auto& [name, info] : engine.varMap) {
                 if (name.compare(0, prefix.size(), prefix) == 0) {
@@ -237,7 +226,7 @@ TEST_F(SxbPllPass, ConstantFieldsAreTheSameInEveryConfiguration) {
         }
         return values;
     };
-    const RuleInputs before = fields();
+    const VariableValues before = fields();
     EXPECT_FALSE(before.empty());
     std::mt19937 random(5);
     for (int round = 0; round < 8; ++round) {

@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 #include "sxb_pll_sides.h"
 
 #include <gtest/gtest.h>
@@ -47,11 +47,12 @@ std::vector<FieldCase> flagAndParameterCases() {
             {rate, {{"PCIE_ENABLE", false}, {"LaneTxRxMode", "txrx_rate_together"s}}, 0}};
 }
 
-INSTANTIATE_TEST_SUITE_P(PcieFlags, SxbPllField, testing::ValuesIn(flagCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(PcieWithParameters, SxbPllField,
-                         testing::ValuesIn(flagAndParameterCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(PcieFlags, SxbLaneRule, testing::ValuesIn(ruleCases(flagCases())),
+                         caseName);
+INSTANTIATE_TEST_SUITE_P(PcieWithParameters, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(flagAndParameterCases())), caseName);
 
-RuleInputs pcie(double frequency) {
+VariableValues pcie(double frequency) {
     return {{"PCIE_ENABLE", true}, {"TXPROGDIV_FREQ_VAL", frequency}};
 }
 
@@ -59,8 +60,8 @@ std::vector<FieldCase> bufferDividerCases() {
     const std::string second = "PIPE_CTRL_CFG5.BUFGTDIV_G2_PIPECLK";
     const std::string third = "PIPE_CTRL_CFG5.BUFGTDIV_G3_PIPECLK";
     const std::string fourth = "PIPE_CTRL_CFG5.BUFGTDIV_G4_PIPECLK";
-    const RuleInputs narrow{{"GEN3_INT_DATA_WIDTH", 16U}};
-    const RuleInputs wide{{"GEN3_INT_DATA_WIDTH", 32U}};
+    const VariableValues narrow{{"GEN3_INT_DATA_WIDTH", 16U}};
+    const VariableValues wide{{"GEN3_INT_DATA_WIDTH", 32U}};
     return {{second, pcie(1000.0), 3},
             {second, pcie(500.0), 1},
             {second, pcie(749.0), 1},
@@ -112,12 +113,12 @@ std::vector<FieldCase> overriddenDividerCases() {
             {field, {{"INT_BUFGTDIV_G1_PIPECLK", 0U}, {"TXPROGDIV_FREQ_VAL", 500.0}}, 0}};
 }
 
-INSTANTIATE_TEST_SUITE_P(BufferDividers, SxbPllField, testing::ValuesIn(bufferDividerCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(UserClockDividers, SxbPllField, testing::ValuesIn(userClockCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(OverriddenDividers, SxbPllField,
-                         testing::ValuesIn(overriddenDividerCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(BufferDividers, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(bufferDividerCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(UserClockDividers, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(userClockCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(OverriddenDividers, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(overriddenDividerCases())), caseName);
 
 struct FirstGenerationCase {
     bool pcie;
@@ -128,8 +129,9 @@ struct FirstGenerationCase {
 class SxbPllFirstGenerationDivider : public testing::TestWithParam<FirstGenerationCase> {};
 
 TEST_P(SxbPllFirstGenerationDivider, IsTheSameInFieldAndIntermediate) {
-    PllRuleAlone rule("PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK");
-    rule.runPass({{"PCIE_ENABLE", GetParam().pcie}, {"TXPROGDIV_FREQ_VAL", GetParam().frequency}});
+    RuleAlone rule("PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK");
+    rule.set({{"PCIE_ENABLE", GetParam().pcie}, {"TXPROGDIV_FREQ_VAL", GetParam().frequency}});
+    rule.runPass();
     EXPECT_EQ(rule.value("PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK"), ruleValue(GetParam().expected));
     EXPECT_EQ(rule.value("INT_BUFGTDIV_G1_PIPECLK"), ruleValue(GetParam().expected));
 }
@@ -142,16 +144,18 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return "Row" + std::to_string(row.index); });
 
 TEST(SxbPllOutOfBand, EnableAndPowerDownAreOpposite) {
-    PllRuleAlone rule("PIPE_CTRL_CFG1.OOB_PD");
-    rule.runPass({{"OOB_ENABLE", true}});
+    RuleAlone rule("PIPE_CTRL_CFG1.OOB_PD");
+    rule.set({{"OOB_ENABLE", true}});
+    rule.runPass();
     EXPECT_EQ(rule.value("INT_OOB_EN"), ruleValue(true));
     EXPECT_EQ(rule.value("PIPE_CTRL_CFG1.OOB_PD"), ruleValue(0U));
-    rule.runPass({{"OOB_ENABLE", false}});
+    rule.set({{"OOB_ENABLE", false}});
+    rule.runPass();
     EXPECT_EQ(rule.value("INT_OOB_EN"), ruleValue(false));
     EXPECT_EQ(rule.value("PIPE_CTRL_CFG1.OOB_PD"), ruleValue(1U));
 }
 
-RuleInputs outOfBand(const std::string& pll, double lcpllReference, double rpllReference) {
+VariableValues outOfBand(const std::string& pll, double lcpllReference, double rpllReference) {
     return {{"INT_OOB_EN", true},
             {"RX_PLL_TYPE", pll},
             {"RX_LCPLL_REFCLK_FREQUENCY", lcpllReference},
@@ -190,8 +194,10 @@ std::vector<FieldCase> bufferCases() {
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(OutOfBand, SxbPllField, testing::ValuesIn(outOfBandCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(Buffers, SxbPllField, testing::ValuesIn(bufferCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(OutOfBand, SxbLaneRule, testing::ValuesIn(ruleCases(outOfBandCases())),
+                         caseName);
+INSTANTIATE_TEST_SUITE_P(Buffers, SxbLaneRule, testing::ValuesIn(ruleCases(bufferCases())),
+                         caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 #include "sxb_pll_sides.h"
 
 #include <gtest/gtest.h>
@@ -15,14 +15,14 @@ using namespace std::string_literals;
 const char* const alignmentMode = "RX_PHALIGN_CFG5.CMN_FAB_CLK_PHALIGN_MODE";
 
 /// A position that counts for the rule of a side, with another word where it must not look.
-RuleInputs transmitPosition(const std::string& word, unsigned int mode) {
+VariableValues transmitPosition(const std::string& word, unsigned int mode) {
     const bool isCommon = mode == 3;
     return {{alignmentMode, mode},
             {"TX_SYNCDONE_POSITION", isCommon ? "elsewhere"s : word},
             {"RX_SYNCDONE_POSITION", isCommon ? word : "elsewhere"s}};
 }
 
-RuleInputs receivePosition(const std::string& word) {
+VariableValues receivePosition(const std::string& word) {
     return {{alignmentMode, 3U},
             {"TX_SYNCDONE_POSITION", "elsewhere"s},
             {"RX_SYNCDONE_POSITION", word}};
@@ -46,15 +46,15 @@ std::vector<FieldCase> positionCases() {
     for (const PositionRow& row : rows) {
         for (const TestedSide& side : testedSides()) {
             const std::string field = "PIPE_CTRL_CFG9." + side.word + "SYNCDONE_";
-            const RuleInputs narrow{{side.coding, "64B66B_ASYNC"s},
-                                    {side.word + "_USER_DATA_WIDTH", 32U},
-                                    {side.word + "_INT_DATA_WIDTH", 32U}};
-            std::vector<RuleInputs> positions{receivePosition(row.word)};
+            const VariableValues narrow{{side.coding, "64B66B_ASYNC"s},
+                                        {side.word + "_USER_DATA_WIDTH", 32U},
+                                        {side.word + "_INT_DATA_WIDTH", 32U}};
+            std::vector<VariableValues> positions{receivePosition(row.word)};
             if (side.word == "TX") {
                 positions = {transmitPosition(row.word, 0), transmitPosition(row.word, 1),
                              transmitPosition(row.word, 2), transmitPosition(row.word, 3)};
             }
-            for (const RuleInputs& position : positions) {
+            for (const VariableValues& position : positions) {
                 append(cases, {{field + "DISTNORTH_SEL", position, row.north},
                                {field + "DISTSOUTH_SEL", position, row.south},
                                {field + "CONSUMPT_SEL", with(position, narrow), row.consumption}});
@@ -70,13 +70,13 @@ std::vector<FieldCase> gearboxConsumptionCases() {
     for (const TestedSide& side : testedSides()) {
         const std::string field = "PIPE_CTRL_CFG9." + side.word + "SYNCDONE_CONSUMPT_SEL";
         const std::string width = side.word + "_USER_DATA_WIDTH";
-        const RuleInputs wide{{alignmentMode, 0U},
-                              {"TX_SYNCDONE_POSITION", "above"s},
-                              {"RX_SYNCDONE_POSITION", "above"s},
-                              {side.coding, "64B66B_ASYNC"s},
-                              {width, 64U},
-                              {side.word + "_INT_DATA_WIDTH", 32U}};
-        const RuleInputs below{{side.word + "_SYNCDONE_POSITION", "below"s}};
+        const VariableValues wide{{alignmentMode, 0U},
+                                  {"TX_SYNCDONE_POSITION", "above"s},
+                                  {"RX_SYNCDONE_POSITION", "above"s},
+                                  {side.coding, "64B66B_ASYNC"s},
+                                  {width, 64U},
+                                  {side.word + "_INT_DATA_WIDTH", 32U}};
+        const VariableValues below{{side.word + "_SYNCDONE_POSITION", "below"s}};
         append(cases, {{field, wide, 0},
                        {field, with(wide, below), 0},
                        {field, with(wide, {{width, 128U}}), 1},
@@ -94,20 +94,21 @@ std::vector<FieldCase> distributionInputCases() {
             {field, {{alignmentMode, 3U}}, 1}};
 }
 
-INSTANTIATE_TEST_SUITE_P(Positions, SxbPllField, testing::ValuesIn(positionCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(GearboxConsumption, SxbPllField,
-                         testing::ValuesIn(gearboxConsumptionCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(DistributionInput, SxbPllField,
-                         testing::ValuesIn(distributionInputCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(Positions, SxbLaneRule, testing::ValuesIn(ruleCases(positionCases())),
+                         caseName);
+INSTANTIATE_TEST_SUITE_P(GearboxConsumption, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(gearboxConsumptionCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(DistributionInput, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(distributionInputCases())), caseName);
 
 /// A lane of a quad in which no channel is intermediate, without PCIe and outside of an XPU.
-RuleInputs rpllLane(unsigned int lane, const std::string& position) {
-    RuleInputs inputs{{alignmentMode, 0U},
-                      {"TX_SYNCDONE_POSITION", position},
-                      {"RX_SYNCDONE_POSITION", "elsewhere"s},
-                      {"LaneNum", lane},
-                      {"PCIE_ENABLE", false},
-                      {"XPU_MODE", 0.0F}};
+VariableValues rpllLane(unsigned int lane, const std::string& position) {
+    VariableValues inputs{{alignmentMode, 0U},
+                          {"TX_SYNCDONE_POSITION", position},
+                          {"RX_SYNCDONE_POSITION", "elsewhere"s},
+                          {"LaneNum", lane},
+                          {"PCIE_ENABLE", false},
+                          {"XPU_MODE", 0.0F}};
     for (const std::string& side : {"TX"s, "RX"s}) {
         for (unsigned int channel = 0; channel < 4; ++channel) {
             inputs[side + "_CH" + std::to_string(channel) + "_SYNCDONE_POSITION"] = "below"s;
@@ -116,11 +117,11 @@ RuleInputs rpllLane(unsigned int lane, const std::string& position) {
     return inputs;
 }
 
-RuleInputs intermediate(const std::string& side, unsigned int channel) {
+VariableValues intermediate(const std::string& side, unsigned int channel) {
     return {{side + "_CH" + std::to_string(channel) + "_SYNCDONE_POSITION", "IM"s}};
 }
 
-RuleInputs commonAlignment(const std::string& position) {
+VariableValues commonAlignment(const std::string& position) {
     return {{alignmentMode, 3U},
             {"TX_SYNCDONE_POSITION", "elsewhere"s},
             {"RX_SYNCDONE_POSITION", position}};
@@ -146,7 +147,7 @@ std::vector<FieldCase> rpllEnableCases() {
     for (const auto& [lane, above] : aboveByLane) {
         for (const std::string& side : {"TX"s, "RX"s}) {
             const auto ofSide = [&, lane = lane](const std::string& position) {
-                const RuleInputs own = with(rpllLane(lane, position), intermediate(side, lane));
+                const VariableValues own = with(rpllLane(lane, position), intermediate(side, lane));
                 return side == "TX" ? own : with(own, commonAlignment(position));
             };
             append(cases, {{field, ofSide("above"), above},
@@ -167,18 +168,19 @@ std::vector<FieldCase> rpllEnableCases() {
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(RpllEnable, SxbPllField, testing::ValuesIn(rpllEnableCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(RpllEnable, SxbLaneRule, testing::ValuesIn(ruleCases(rpllEnableCases())),
+                         caseName);
 
 std::vector<FieldCase> sublayerClockCases() {
     std::vector<FieldCase> cases;
     for (const TestedSide& side : testedSides()) {
         const std::string field = "PIPE_CTRL_CFG0." + side.word + "_PCSCLK_SEL";
         const std::string position = side.word + "_PIPE_POSITION";
-        const RuleInputs wide{{side.coding, "64B66B_ASYNC"s},
-                              {side.word + "_INT_DATA_WIDTH", 32U},
-                              {side.word + "_USER_DATA_WIDTH", 64U},
-                              {position, "single"s}};
-        const RuleInputs narrow{{side.word + "_USER_DATA_WIDTH", 32U}};
+        const VariableValues wide{{side.coding, "64B66B_ASYNC"s},
+                                  {side.word + "_INT_DATA_WIDTH", 32U},
+                                  {side.word + "_USER_DATA_WIDTH", 64U},
+                                  {position, "single"s}};
+        const VariableValues narrow{{side.word + "_USER_DATA_WIDTH", 32U}};
         append(cases, {{field, wide, 2},
                        {field, with(wide, {{position, "bottom"s}}), 3},
                        {field, with(wide, {{position, "top"s}}), 3},
@@ -210,10 +212,10 @@ std::vector<FieldCase> pipePositionCases() {
             {consumption, {{"TX_PIPE_POSITION", "single"s}}, 0}};
 }
 
-INSTANTIATE_TEST_SUITE_P(SublayerClock, SxbPllField, testing::ValuesIn(sublayerClockCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(PipePosition, SxbPllField, testing::ValuesIn(pipePositionCases()),
-                         caseName);
+INSTANTIATE_TEST_SUITE_P(SublayerClock, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(sublayerClockCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(PipePosition, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(pipePositionCases())), caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ struct PinRow {
     unsigned int both;
 };
 
-RuleInputs modes(float xpu, bool pcie) {
+VariableValues modes(float xpu, bool pcie) {
     return {{"XPU_MODE", xpu}, {"PCIE_ENABLE", pcie}};
 }
 
@@ -56,15 +56,15 @@ std::vector<FieldCase> useCases() {
             {"FABRIC_INTF_CFG1.A_RXLPMEN", {{"INT_RX_EQ_MODE", ""s}}, 1}};
 }
 
-INSTANTIATE_TEST_SUITE_P(Pins, SxbPllField, testing::ValuesIn(pinCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(Use, SxbPllField, testing::ValuesIn(useCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(Pins, SxbLaneRule, testing::ValuesIn(ruleCases(pinCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(Use, SxbLaneRule, testing::ValuesIn(ruleCases(useCases())), caseName);
 
 /// The reset enables of one channel with inputs that set them on its own lane, and each change
 /// that clears one.
 struct ResetRow {
     std::array<std::string, 4> fields;
-    RuleInputs inputs;
-    std::vector<RuleInputs> changes;
+    VariableValues inputs;
+    std::vector<VariableValues> changes;
 };
 
 std::vector<ResetRow> resetRows() {
@@ -102,7 +102,7 @@ std::vector<FieldCase> resetCases() {
                 cases.push_back({row.fields[channel], with(row.inputs, {{"LaneNum", lane}}),
                                  lane == channel ? 1U : 0U});
             }
-            for (const RuleInputs& change : row.changes) {
+            for (const VariableValues& change : row.changes) {
                 cases.push_back({row.fields[channel],
                                  with(with(row.inputs, change), {{"LaneNum", channel}}), 0});
             }
@@ -111,7 +111,8 @@ std::vector<FieldCase> resetCases() {
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(ResetEnables, SxbPllField, testing::ValuesIn(resetCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(ResetEnables, SxbLaneRule, testing::ValuesIn(ruleCases(resetCases())),
+                         caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_rule_alone.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ using namespace std::string_literals;
 /// A search of the transmitter; the receiver's has its names in the same places.
 struct SearchCase {
     std::string name;
-    RuleInputs changes;
+    VariableValues changes;
     double divider;
     unsigned int pathDivider;
     double alignerClock;
@@ -25,7 +25,7 @@ void PrintTo(const SearchCase& row, std::ostream* output) {
 
 /// A raw line of 10.3125 Gb/s on the LCPLL whose user clock, 322.265625 MHz, is looked for beside
 /// the delay aligner.
-RuleInputs rawLine() {
+VariableValues rawLine() {
     return {{"TX_USER_DATA_WIDTH", 32U},         {"INT_RPLL_PLLCLKOUT", 5.0},
             {"INT_LCPLL_PLLCLKOUT", 10.3125},    {"TXPROGDIV_FREQ_ENABLE", false},
             {"TXPROGDIV_FREQ_SOURCE", "LCPLL"s}, {"TXPROGDIV_FREQ_VAL", 0.0},
@@ -34,7 +34,7 @@ RuleInputs rawLine() {
 }
 
 /// A frequency of the user's own from a PLL clock.
-RuleInputs ownFrequency(double pllClock, double megahertz, unsigned int bypass) {
+VariableValues ownFrequency(double pllClock, double megahertz, unsigned int bypass) {
     return {{"INT_LCPLL_PLLCLKOUT", pllClock},
             {"TXPROGDIV_FREQ_ENABLE", true},
             {"TXPROGDIV_FREQ_VAL", megahertz},
@@ -50,8 +50,8 @@ std::string receiveName(const std::string& name) {
     return place == std::string::npos ? renamed : renamed.replace(place, 2, "RX");
 }
 
-RuleInputs ofReceiver(const RuleInputs& inputs) {
-    RuleInputs renamed;
+VariableValues ofReceiver(const VariableValues& inputs) {
+    VariableValues renamed;
     for (const auto& [name, value] : inputs) {
         renamed[receiveName(name)] = value;
     }
@@ -61,8 +61,9 @@ RuleInputs ofReceiver(const RuleInputs& inputs) {
 class SxbPllDividerSearch : public testing::TestWithParam<SearchCase> {};
 
 TEST_P(SxbPllDividerSearch, OfTheTransmitter) {
-    PllRuleAlone rule("TX programmable divider search");
-    rule.runPass(with(rawLine(), GetParam().changes));
+    RuleAlone rule("TX programmable divider search");
+    rule.set(with(rawLine(), GetParam().changes));
+    rule.runPass();
     EXPECT_EQ(rule.valueOf<double>("INT_TXPROGDIV_SEL"), GetParam().divider);
     EXPECT_EQ(rule.valueOf<unsigned int>("INT_TXOUTCLKDIV_FOR_PROGDIV_PATH"),
               GetParam().pathDivider);
@@ -70,8 +71,9 @@ TEST_P(SxbPllDividerSearch, OfTheTransmitter) {
 }
 
 TEST_P(SxbPllDividerSearch, OfTheReceiver) {
-    PllRuleAlone rule("RX programmable divider search");
-    rule.runPass(ofReceiver(with(rawLine(), GetParam().changes)));
+    RuleAlone rule("RX programmable divider search");
+    rule.set(ofReceiver(with(rawLine(), GetParam().changes)));
+    rule.runPass();
     EXPECT_EQ(rule.valueOf<double>("INT_RXPROGDIV_SEL"), GetParam().divider);
     EXPECT_EQ(rule.valueOf<unsigned int>("INT_RXOUTCLKDIV_FOR_PROGDIV_PATH"),
               GetParam().pathDivider);
@@ -143,8 +145,9 @@ struct StageCase {
 class SxbPllBothStages : public testing::TestWithParam<StageCase> {};
 
 TEST_P(SxbPllBothStages, DivideTheClockToOneGigahertz) {
-    PllRuleAlone rule("TX programmable divider search");
-    rule.runPass(with(rawLine(), ownFrequency(GetParam().clock, 1000.0, 1)));
+    RuleAlone rule("TX programmable divider search");
+    rule.set(with(rawLine(), ownFrequency(GetParam().clock, 1000.0, 1)));
+    rule.runPass();
     EXPECT_EQ(rule.valueOf<double>("INT_TXPROGDIV_SEL"), GetParam().divider);
     EXPECT_EQ(rule.valueOf<unsigned int>("INT_TXOUTCLKDIV_FOR_PROGDIV_PATH"),
               GetParam().pathDivider);
@@ -170,12 +173,13 @@ INSTANTIATE_TEST_SUITE_P(
         StageCase{4224.0, 33.0, 128}, StageCase{3840.0, 40.0, 96}, StageCase{5120.0, 40.0, 128}));
 
 TEST(SxbPllDividerSearchAlone, NeedsNeitherTypeNorRateForAnOwnFrequency) {
-    RuleInputs inputs = with(rawLine(), ownFrequency(10.0, 1250.0, 1));
+    VariableValues inputs = with(rawLine(), ownFrequency(10.0, 1250.0, 1));
     inputs.erase("TX_PLL_TYPE");
     inputs.erase("TX_LINE_RATE");
     inputs.erase("TX_DATA_ENCODING");
-    PllRuleAlone rule("TX programmable divider search");
-    rule.runPass(inputs);
+    RuleAlone rule("TX programmable divider search");
+    rule.set(inputs);
+    rule.runPass();
     EXPECT_EQ(rule.valueOf<double>("INT_TXPROGDIV_SEL"), 4.0);
 }
 

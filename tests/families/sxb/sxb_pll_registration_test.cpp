@@ -1,11 +1,12 @@
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rules.h"
-#include "sxb_pll_rule_alone.h"
+#include "sxb_rule_alone.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,7 +14,7 @@
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::PassingEngine;
+using lanecfg_test::LaneEngine;
 using lanecfg_test::ruleValue;
 using namespace std::string_literals;
 
@@ -110,11 +111,6 @@ class SxbPllRegistration : public testing::Test {
   protected:
     SxbPllRegistration() { registerSxbPllRules(engine); }
 
-    int ruleNumber(const std::string& name) {
-        const variable* const known = engine.findVariable(name);
-        return known == nullptr ? -1 : known->second.ruleNumber.value_or(-1);
-    }
-
     std::set<int> fieldNumbers(const std::string& registerName) {
         std::set<int> numbers;
         const std::string prefix = registerName + ".";
@@ -126,36 +122,30 @@ class SxbPllRegistration : public testing::Test {
         return numbers;
     }
 
-    PassingEngine engine;
+    LaneEngine engine;
 };
 
 TEST_F(SxbPllRegistration, GivesOut898Numbers) {
-    std::set<int> numbers;
-    for (const auto& [name, info] : engine.varMap) {
-        if (info.ruleNumber) {
-            numbers.insert(*info.ruleNumber);
-        }
-    }
-    EXPECT_EQ(numbers.size(), 898U);
-    EXPECT_EQ(*numbers.begin(), 0);
-    EXPECT_EQ(*numbers.rbegin(), 897);
+    std::vector<int> expected(898);
+    std::iota(expected.begin(), expected.end(), 0);
+    EXPECT_EQ(engine.ruleNumbers(), expected);
 }
 
 TEST_F(SxbPllRegistration, BeginsWithTheInputsTheDividersAndTheSolvers) {
-    EXPECT_EQ(ruleNumber("INT_LCPLL_PLLCLKOUT_VECTOR"), 0);
-    EXPECT_EQ(ruleNumber("INT_TX_OUTDIV"), 1);
-    EXPECT_EQ(ruleNumber("INT_RX_OUTDIV"), 1);
-    EXPECT_EQ(ruleNumber("INT_LCPLL_REF_DIV"), 2);
-    EXPECT_EQ(ruleNumber("INT_RPLL_REF_DIV"), 3);
-    EXPECT_EQ(ruleNumber("A_CFG1.A_HS0_LCPLLFBDIV"), 4);
+    EXPECT_EQ(engine.ruleNumber("INT_LCPLL_PLLCLKOUT_VECTOR"), 0);
+    EXPECT_EQ(engine.ruleNumber("INT_TX_OUTDIV"), 1);
+    EXPECT_EQ(engine.ruleNumber("INT_RX_OUTDIV"), 1);
+    EXPECT_EQ(engine.ruleNumber("INT_LCPLL_REF_DIV"), 2);
+    EXPECT_EQ(engine.ruleNumber("INT_RPLL_REF_DIV"), 3);
+    EXPECT_EQ(engine.ruleNumber("A_CFG1.A_HS0_LCPLLFBDIV"), 4);
 }
 
 TEST_F(SxbPllRegistration, NumbersRegistersInTheirOrderAndEachWordBehindItsFields) {
     int next = 4;
     for (const RegisteredGroup& group : groupsAfterTheSolvers()) {
         if (group.registerName.empty()) {
-            EXPECT_EQ(ruleNumber("INT_TXPROGDIV_SEL"), next);
-            EXPECT_EQ(ruleNumber("INT_RXPROGDIV_SEL"), next + 1);
+            EXPECT_EQ(engine.ruleNumber("INT_TXPROGDIV_SEL"), next);
+            EXPECT_EQ(engine.ruleNumber("INT_RXPROGDIV_SEL"), next + 1);
             next += group.fields;
             continue;
         }
@@ -164,7 +154,7 @@ TEST_F(SxbPllRegistration, NumbersRegistersInTheirOrderAndEachWordBehindItsField
             expected.insert(next++);
         }
         EXPECT_EQ(fieldNumbers(group.registerName), expected) << group.registerName;
-        EXPECT_EQ(ruleNumber(group.registerName), next++) << group.registerName;
+        EXPECT_EQ(engine.ruleNumber(group.registerName), next++) << group.registerName;
     }
     EXPECT_EQ(next, 898);
 }
@@ -190,24 +180,23 @@ void PrintTo(const StartValue& row, std::ostream* output) {
 class SxbPllStartValue : public testing::TestWithParam<StartValue> {};
 
 TEST_P(SxbPllStartValue, IsEnteredWhereTheVariableIsAbsent) {
-    PassingEngine engine;
+    LaneEngine engine;
     enterSxbPllStartValues(engine);
-    ASSERT_NE(engine.findVariable(GetParam().name), nullptr);
-    EXPECT_EQ(engine.findVariable(GetParam().name)->second.value, GetParam().value);
+    EXPECT_EQ(engine.value(GetParam().name), GetParam().value);
 }
 
 TEST_P(SxbPllStartValue, IsEnteredWhereTheVariableIsBlank) {
-    PassingEngine engine;
+    LaneEngine engine;
     engine.setVal(GetParam().name, boost::blank());
     registerSxbPllRules(engine);
-    EXPECT_EQ(engine.findVariable(GetParam().name)->second.value, GetParam().value);
+    EXPECT_EQ(engine.value(GetParam().name), GetParam().value);
 }
 
 TEST_P(SxbPllStartValue, LeavesAValueThatIsThere) {
-    PassingEngine engine;
+    LaneEngine engine;
     engine.setVal(GetParam().name, "present"s);
     registerSxbPllRules(engine);
-    EXPECT_EQ(engine.findVariable(GetParam().name)->second.value, ruleValue("present"s));
+    EXPECT_EQ(engine.value(GetParam().name), ruleValue("present"s));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_rule_alone.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 
 /// What a pass before left; an unsolved PLL keeps it.
-RuleInputs resultsBefore() {
+VariableValues resultsBefore() {
     return {{"INT_RPLL_REF_DIV", 7U},
             {"INT_RPLL_FBDIV", 77U},
             {"INT_RPLL_PLLCLKOUT", 7.7},
@@ -21,7 +21,7 @@ RuleInputs resultsBefore() {
 }
 
 /// A PLL that only clocks the fabric.
-RuleInputs freeUse() {
+VariableValues freeUse() {
     return {{"RPLL_USED_FOR_SERIAL_DATA_RATE0", false},
             {"TX_IN_USE", true},
             {"RX_IN_USE", true},
@@ -29,7 +29,7 @@ RuleInputs freeUse() {
             {"RX_PLL_TYPE", "LCPLL"s}};
 }
 
-RuleInputs serialUse() {
+VariableValues serialUse() {
     return with(freeUse(), {{"RPLL_USED_FOR_SERIAL_DATA_RATE0", true}});
 }
 
@@ -43,11 +43,12 @@ struct RpllResult {
 
 class SxbPllRpllSolver : public testing::Test {
   protected:
-    void solve(const std::vector<double>& clocks, double referenceClock, const RuleInputs& use) {
-        PllRuleAlone rule("RPLL solver");
-        rule.set(resultsBefore());
-        rule.runPass(with(
+    void solve(const std::vector<double>& clocks, double referenceClock,
+               const VariableValues& use) {
+        RuleAlone rule("RPLL solver", resultsBefore());
+        rule.set(with(
             use, {{"INT_RPLL_PLLCLKOUT_VECTOR", clocks}, {"INT_RPLL_REFCLKFREQ", referenceClock}}));
+        rule.runPass();
         result = {rule.valueOf<unsigned int>("INT_RPLL_REF_DIV"),
                   rule.valueOf<unsigned int>("INT_RPLL_FBDIV"),
                   rule.valueOf<double>("INT_RPLL_PLLCLKOUT"),
@@ -122,7 +123,7 @@ TEST_F(SxbPllRpllSolver, SerialDataTakesTheFirstClockThatFits) {
 /// 5000 over 100 is 50, which only a free PLL takes.
 struct UseCase {
     std::string name;
-    RuleInputs changes;
+    VariableValues changes;
     bool isSerial;
 };
 

@@ -1,4 +1,4 @@
-#include "sxb_pll_rule_alone.h"
+#include "sxb_field_case.h"
 
 #include <gtest/gtest.h>
 
@@ -88,14 +88,15 @@ std::vector<FieldCase> siliconCases() {
             {field, {{"siliconRev", ""s}}, 0}};
 }
 
-INSTANTIATE_TEST_SUITE_P(Slots, SxbPllField, testing::ValuesIn(slotCases()), caseName);
-INSTANTIATE_TEST_SUITE_P(SlotsNeverSolved, SxbPllField, testing::ValuesIn(neverSolvedCases()),
+INSTANTIATE_TEST_SUITE_P(Slots, SxbLaneRule, testing::ValuesIn(ruleCases(slotCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(SlotsNeverSolved, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(neverSolvedCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(ReferenceSources, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(referenceSourceCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(ReferenceMaps, SxbLaneRule,
+                         testing::ValuesIn(ruleCases(referenceMapCases())), caseName);
+INSTANTIATE_TEST_SUITE_P(EarlySilicon, SxbLaneRule, testing::ValuesIn(ruleCases(siliconCases())),
                          caseName);
-INSTANTIATE_TEST_SUITE_P(ReferenceSources, SxbPllField, testing::ValuesIn(referenceSourceCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(ReferenceMaps, SxbPllField, testing::ValuesIn(referenceMapCases()),
-                         caseName);
-INSTANTIATE_TEST_SUITE_P(EarlySilicon, SxbPllField, testing::ValuesIn(siliconCases()), caseName);
 
 }  // namespace
 }  // namespace lanecfg_test

@@ -1,5 +1,6 @@
 #include "sxb_rule_alone.h"
 
+#include "families/sxb/sxb_pll_rules.h"
 #include "families/sxb/sxb_rx_rules.h"
 #include "families/sxb/sxb_tx_rules.h"
 #include "sxb_declared_names.h"
@@ -11,9 +12,10 @@ namespace lanecfg_test {
 
 namespace {
 
-sable_lanecfg::ruleDeclarer laneRule(const std::string& name) {
+sable_lanecfg::ruleDeclarer ruleOfAnySet(const std::string& name, const LaneEngine& engine) {
     sable_lanecfg::logicRules rules = sable_lanecfg::sxbRxLogicRules();
     rules.merge(sable_lanecfg::sxbTxLogicRules());
+    rules.merge(sable_lanecfg::sxbPllLogicRules(engine));
     return rules.at(name);
 }
 
@@ -30,7 +32,8 @@ VariableValues with(VariableValues values, const VariableValues& others) {
     return values;
 }
 
-LaneEngine::LaneEngine() : gt_rule_engine("SXB", {}, {}, {}, {}, {}) {}
+LaneEngine::LaneEngine(const DeviceSettings& device)
+    : gt_rule_engine("SXB", {}, {}, {}, {}, device) {}
 
 void LaneEngine::set(const VariableValues& values) {
     for (const auto& [name, value] : values) {
@@ -63,8 +66,11 @@ std::vector<int> LaneEngine::ruleNumbers() const {
     return {numbers.begin(), numbers.end()};
 }
 
-RuleAlone::RuleAlone(const std::string& name, const VariableValues& inputs)
-    : signature_(declareRule(engine_, laneRule(name), isField(name) ? name : std::string())) {
+RuleAlone::RuleAlone(const std::string& name, const VariableValues& inputs,
+                     const DeviceSettings& device)
+    : engine_(device),
+      signature_(
+          declareRule(engine_, ruleOfAnySet(name, engine_), isField(name) ? name : std::string())) {
     engine_.set(inputs);
 }
 

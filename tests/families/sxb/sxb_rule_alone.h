@@ -18,6 +18,7 @@ using sable_lanecfg::ruleValue;
 
 /// Values of variables by name.
 using VariableValues = std::map<std::string, ruleValue>;
+using DeviceSettings = std::map<std::string, std::vector<std::string>>;
 
 /// The first values with the others put over them.
 VariableValues with(VariableValues values, const VariableValues& others);
@@ -25,7 +26,7 @@ VariableValues with(VariableValues values, const VariableValues& others);
 /// An engine without a database whose passes can be run from outside.
 class LaneEngine : public sable_lanecfg::gt_rule_engine {
   public:
-    LaneEngine();
+    explicit LaneEngine(const DeviceSettings& device = {});
 
     void set(const VariableValues& values);
     void runPass();
@@ -37,15 +38,20 @@ class LaneEngine : public sable_lanecfg::gt_rule_engine {
     std::vector<int> ruleNumbers() const;
 };
 
-/// A rule of the receive or transmit set, alone on an engine: "REGISTER.FIELD" or the name of a
+/// A rule of any of the three sets, alone on an engine: "REGISTER.FIELD" or the name of a
 /// step.
 class RuleAlone {
   public:
-    explicit RuleAlone(const std::string& name, const VariableValues& inputs = {});
+    explicit RuleAlone(const std::string& name, const VariableValues& inputs = {},
+                       const DeviceSettings& device = {});
 
     void set(const VariableValues& inputs) { engine_.set(inputs); }
     void runPass() { engine_.runPass(); }
     ruleValue value(const std::string& name) const { return engine_.value(name); }
+    template <class T>
+    T valueOf(const std::string& name) const {
+        return boost::get<T>(value(name));
+    }
     const sable_lanecfg::ruleSignature& signature() const { return signature_; }
 
   private:
