@@ -417,6 +417,11 @@ INSTANTIATE_TEST_SUITE_P(
         // over 11, 6.1875 over 12 or 7.734375 over 15, and none is a multiple of 100 MHz over M.
         txSource("IsAskedForAtALineRateOf1", freeRpll({{"TX_LINE_RATE", "10.3125"}}),
                  {"LCPLL", "RPLL"}),
+        // 125 * 32 MHz is the one VCO, and 4 over 33 * 4 is 1 GHz over 33 bits. With 1.2 GHz, which
+        // a missing rate counts as elsewhere, it would have to be 4 over 110.
+        txSource("IsNotAskedForAtTheRateThatAMissingOneCountsAs",
+                 freeRpll({{"TX_ACTUAL_REFCLK_FREQUENCY", "32"}, {"TX_USER_DATA_WIDTH", "33"}}),
+                 {"LCPLL", "RPLL"}),
         // Without buffer the slowest clock is 0.5 GHz over 2 * 128, an eighth of which is 1 GHz
         // over 4096.
         txSource("ReachesTheSlowestClockWithoutBuffer",

@@ -190,6 +190,14 @@ TEST(RequestedReferenceRange, holdsBothLimits) {
     EXPECT_EQ(requestedClocks({"", "41", "NRZ", "0", ""}).range.back(), "820.0000000");
 }
 
+TEST(RequestedReferenceRange, endsSharplyAtBothLimits) {
+    // The same dividers as above. What the clocking math would still take is not offered.
+    EXPECT_THAT(requestedClocks({"", "0.74999999", "NRZ", "0", ""}).range,
+                testing::Not(testing::Contains("59.9999992")));
+    EXPECT_THAT(requestedClocks({"", "41.00000002", "NRZ", "0", ""}).range,
+                testing::Not(testing::Contains("820.0000004")));
+}
+
 UpdateCase requested(const std::string& name, const Parameters& given, const std::string& value,
                      const std::vector<std::string>& range) {
     return {name, "REQUESTED_REFCLK_FREQ", given, value, false, range};
