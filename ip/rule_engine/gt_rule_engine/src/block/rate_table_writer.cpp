@@ -99,7 +99,7 @@ void logBlock(const std::string& suffix, std::uint64_t size, int rates) {
 /// logged like the others and keep words of 0.
 wordList channelWords(const RateTableChannel* channels, const RateTableControl& control,
                       int channelCount) {
-    wordList words(2 * rateTableChannels, rate_table_word().digits());
+    wordList words(std::size_t{2} * rateTableChannels, rate_table_word().digits());
     const auto setWord = [&](int channel, std::size_t side, const rate_table_word& word) {
         if (channel < channelCount) {
             words[2 * static_cast<std::size_t>(channel) + side] = word.digits();
@@ -200,36 +200,35 @@ struct gt_rule_engine::bodyWriter {
         writeNormal(channel, rate, (control.*side.normal)[index]);
     }
 
-    void writeMasked(int channel, int rate, const attributeList& attributes, bool singleLane) {
-        for (std::size_t i = 0; i < attributes.size(); i += 2) {
-            const RateTableAttribute& first = attributes[i];
+    void writeMasked(int channel, int rate, const attributeList& registers, bool singleLane) {
+        for (std::size_t i = 0; i < registers.size(); i += 2) {
+            const RateTableAttribute& first = registers[i];
             // The receive side addresses single lanes only for registers that several lanes share.
             const bool oneLane =
                 singleLane && (transmits() || engine.alwaysMasked.count(first.name) != 0);
-            appendPair(channel, rate, first,
-                       i + 1 < attributes.size() ? &attributes[i + 1] : nullptr, oneLane);
+            appendPair(channel, rate, first, i + 1 < registers.size() ? &registers[i + 1] : nullptr,
+                       oneLane);
         }
     }
 
-    void writeNormal(int channel, int rate, const attributeList& attributes) {
-        for (std::size_t i = 0; i < attributes.size();) {
+    void writeNormal(int channel, int rate, const attributeList& registers) {
+        for (std::size_t i = 0; i < registers.size();) {
             std::size_t end = i + 1;
-            while (end < attributes.size() &&
-                   attributes[end].address - attributes[i].address < burstSpan) {
+            while (end < registers.size() &&
+                   registers[end].address - registers[i].address < burstSpan) {
                 ++end;
             }
             if (end - i >= 3) {
                 const auto at = [&](std::size_t position) {
-                    return attributes.begin() + static_cast<std::ptrdiff_t>(position);
+                    return registers.begin() + static_cast<std::ptrdiff_t>(position);
                 };
-                appendGroup(channel,
-                            engine.rateTableBodyCase2_new(attributeList(at(i), at(end)),
-                                                          snapshotOf(rate, attributes[i])));
+                appendGroup(channel, engine.rateTableBodyCase2_new(attributeList(at(i), at(end)),
+                                                                   snapshotOf(rate, registers[i])));
                 i = end;
             } else {
                 // A lone register takes the next one along, however far away it is.
-                const bool hasSecond = i + 1 < attributes.size();
-                appendPair(channel, rate, attributes[i], hasSecond ? &attributes[i + 1] : nullptr,
+                const bool hasSecond = i + 1 < registers.size();
+                appendPair(channel, rate, registers[i], hasSecond ? &registers[i + 1] : nullptr,
                            false);
                 i += 2;
             }
