@@ -70,6 +70,26 @@ TEST_F(RulesCommand, ChosenRulesKeepTheirNumbers) {
     EXPECT_EQ(rulesOf("SXA", {"--kind", "compose"})[0].at("number"), 2);
 }
 
+TEST_F(RulesCommand, HasASetForEachPartOfSxb) {
+    EXPECT_THAT(rulesOf("SXB"), SizeIs(813 + 198 + 898));
+    EXPECT_THAT(rulesOf("SXB", {"--set", "RX"}), SizeIs(813));
+    EXPECT_THAT(rulesOf("SXB", {"--set", "TX", "--set", "PLL"}), SizeIs(198 + 898));
+    EXPECT_THAT(rulesOf("SXB", {"--set", "PLL", "--kind", "logic"}), SizeIs(149));
+}
+
+TEST_F(RulesCommand, TellsTheFlagOfACopyAndTheNamesThatLogicDeclares) {
+    const nlohmann::json rules = rulesOf("SXB");
+    const nlohmann::json copied = ruleWriting(rules, "PIPE_CTRL_CFG4.PIPE_RATE_EN");
+    EXPECT_EQ(copied.at("kind"), "copy");
+    EXPECT_EQ(copied.at("inputs"), nlohmann::json({"PCIE_ENABLE"}));
+    const nlohmann::json dividers = ruleWriting(rules, "INT_RX_OUTDIV");
+    EXPECT_EQ(dividers.at("set"), "PLL");
+    EXPECT_EQ(dividers.at("kind"), "logic");
+    EXPECT_EQ(dividers.at("outputs"), nlohmann::json({"INT_TX_OUTDIV", "INT_RX_OUTDIV"}));
+    EXPECT_EQ(dividers.at("inputs"),
+              nlohmann::json({"INT_LCPLL_PLLCLKOUT", "INT_RPLL_PLLCLKOUT", "INT_LCPLLCLKOUTRATE"}));
+}
+
 TEST_F(RulesCommand, WritesALineForEachRuleAndTheirCount) {
     const ProgramResult result = run({"rules", "--family", "SXA"});
     EXPECT_EQ(result.exitCode, 0);

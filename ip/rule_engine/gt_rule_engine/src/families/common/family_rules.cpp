@@ -1,5 +1,11 @@
 #include "families/common/rule_listing.h"
 #include "families/sxa/sxa_catalogue.h"
+#include "families/sxb/sxb_pll_catalogue.h"
+#include "families/sxb/sxb_pll_rules.h"
+#include "families/sxb/sxb_rx_catalogue.h"
+#include "families/sxb/sxb_rx_rules.h"
+#include "families/sxb/sxb_tx_catalogue.h"
+#include "families/sxb/sxb_tx_rules.h"
 
 #include <lanecfg/gt_rule_engine.h>
 
@@ -29,9 +35,20 @@ logicRules noRules(const gt_rule_engine& /*engine*/) {
     return {};
 }
 
+/// Rules that need nothing of their engine.
+template <logicRules (*rules)()>
+logicRules of(const gt_rule_engine& /*engine*/) {
+    return rules();
+}
+
 const std::vector<ruleSetsOfFamily>& allRuleSets() {
     static const std::vector<ruleSetsOfFamily> all{
-        {"SXA", "live", {{"all", sxaCatalogue, noRules}}}};
+        {"SXA", "live", {{"all", sxaCatalogue, noRules}}},
+        {"SXB",
+         "live",
+         {{"RX", sxbRxCatalogue, of<sxbRxLogicRules>},
+          {"TX", sxbTxCatalogue, of<sxbTxLogicRules>},
+          {"PLL", sxbPllCatalogue, sxbPllLogicRules}}}};
     return all;
 }
 
