@@ -199,11 +199,11 @@ RX_WIDTHS = {
     "RX_CTLE_CFG1": {"RCAL_OS_PAD": 4, "CDR2APT_SCANMODE1": 1},
     # Depths of the elastic buffer fill the word to its last bit.
     "RX_ELASTIC_BUF_CFG0": {
-        "EB8B10B_CLK_COR_MAX_LAT": 6,
+        "EB8B10B_CLK_COR_MAX_LAT": 7,
         "EB8B10B_CLK_COR_REPEAT_WAIT": 5,
         "EB8B10B_OVFL_THRESH": 6,
-        "EB8B10B_UDFL_THRESH": 6,
-        "EB8B10B_CLK_COR_MIN_LAT": 6,
+        "EB8B10B_UDFL_THRESH": 4,
+        "EB8B10B_CLK_COR_MIN_LAT": 7,
         **flags("ELASTICBUF_8B10B_EN", "EB8B10B_CLK_COR_USE", "EB8B10B_THRESH_OVRD"),
     },
     "RX_ELASTIC_BUF_CFG1": {
@@ -254,7 +254,7 @@ RX_WIDTHS = {
     "RX_ELASTIC_BUF_CFG9": flags("EB128B130B_16_EN"),
     "RX_MISC_CFG0": flags("RX_XMODE_SEL"),
     "RX_PHALIGN_CFG0": {
-        "DAPI_BUFG_DIV": 8,
+        "DAPI_BUFG_DIV": 10,
         "SYNC_MODE": 2,
         **flags("DLY_ALIGN_EN", "PH_ALIGN_EN", "RXBUF_BYPASS_MODE", "SYNC_MULTI_LANE"),
     },
@@ -284,7 +284,7 @@ TX_WIDTHS = {
     "TX_DRV_CFG0": {"TX_CTL_DRV_EN": 3},
     "TX_PCS_CFG3": flags("TX_PHASE_BUFFER_USE", "TX_DEDICATED_CCIX_CHICO_PATH_EN"),
     "TX_PHALIGN_CFG0": {
-        "DAPI_BUFG_DIV": 8,
+        "DAPI_BUFG_DIV": 10,
         "SYNC_MODE": 2,
         **flags("DLY_ALIGN_EN", "PH_ALIGN_EN", "TXBUF_BYPASS_MODE", "SYNC_MULTI_LANE"),
     },
