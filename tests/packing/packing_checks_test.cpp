@@ -217,6 +217,16 @@ TEST_F(BypassCheck, ReceiverMayBeInAnotherUsageRecordWithRatesOfItsOwn) {
     EXPECT_THAT(texts(), ElementsAre(independentBypassText(0, 1, 2)));
 }
 
+TEST_F(BypassCheck, OnOnePinTheRatesAreThoseOfTheTransmittingRecord) {
+    setMode(0, 0, false);
+    setMode(1, 0, false);
+    request.channels.push_back(request.channels.back());
+    request.channels.front().rx.clear();
+    request.channels.front().rates = {1};
+    request.channels.back().tx.clear();
+    EXPECT_THAT(texts(), ElementsAre(commonBypassText(1, 2)));
+}
+
 TEST_F(BypassCheck, LaneWithoutReceiverNeedsNothing) {
     setMode(0, 0, true);
     request.channels.back().rx.clear();

@@ -300,6 +300,19 @@ TEST_F(PairOfRates, NeedsNoClockBesideAnotherDualOrGroup) {
     expectPair(0, 0);
 }
 
+TEST_F(PairOfRates, OfTheSecondDualNeedsItsClockOnlyBesideOthersOfThatDual) {
+    PackingRequest request;
+    request.add(transmit, 0, {rateOf(20.0), rateOf(20.0)})
+        .add(transmit, 2, {rateOf(10.3125), rateOf(25.78125)})
+        .add(transmit, 3, {rateOf(10.3125), rateOf(25.78125)});
+    make(request);
+    const packingRecords& second = records("LCPLL", "DUAL_1");
+    EXPECT_THAT(boost::get<packingNumbers>(second.at(4).at("rates")).front(),
+                ElementsAre(12.890625, 12.890625));
+    EXPECT_THAT(boost::get<packingNumbers>(second.at(6).at("rates")).front(),
+                ElementsAre(5.15625, 10.3125));
+}
+
 TEST_F(PairOfRates, TakesTheRequestedClockNotTheActualOne) {
     // The PLL can't use the clock just beside and runs on the pair's own one.
     const double beside = std::nextafter(pairClock, 0.0);

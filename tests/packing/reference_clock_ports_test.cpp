@@ -138,6 +138,14 @@ TEST_F(ReferenceClockPorts, EachPositionOfAUsageRecordConnectsItsOwnPin) {
     EXPECT_EQ(packing.refclkResources.size(), 3U);
 }
 
+TEST_F(ReferenceClockPorts, OnlyTheRatesOfTheUsageRecordConnect) {
+    PackingRequest request;
+    request.add(transmit, 0, {rateOf(20.0, "LCPLL", 100.0), rateOf(20.0, "LCPLL", 125.0)});
+    request.channels.back().rates = {1};
+    check(request);
+    EXPECT_THAT(entry("PIN", "LCPLL0", "R0", "Frequency"), ElementsAre(ruleValue(125.0)));
+}
+
 TEST_F(ReferenceClockPorts, TwoSourcesAtTheSameFrequencyOnOnePllAreTwoEntriesWithOneName) {
     check(PackingRequest().add(
         transmit, 0, {rateOf(20.0, "LCPLL", 156.25, "R1"), rateOf(20.0, "LCPLL", 156.25, "R0")}));
@@ -151,10 +159,10 @@ TEST_F(ReferenceClockPorts, TwoSourcesAtTheSameFrequencyOnOnePllAreTwoEntriesWit
 TEST_F(ReferenceClockPorts, OtherPllsAndFrequenciesShareNoName) {
     check(PackingRequest()
               .add(transmit, 0, {rateOf(20.0, "LCPLL", 125.0)}, "A")
-              .add(receive, 0, {rateOf(5.0, "RPLL", 125.0)}, "A")
+              .add(receive, 0, {rateOf(5.0, "RPLL", 125.0)}, "C")
               .add(transmit, 1, {rateOf(20.0, "LCPLL", 100.0)}, "B"));
     EXPECT_THAT(names("A", "LCPLL0"), ElementsAre("refclk_A_R0_125_MHz_unique1"));
-    EXPECT_THAT(names("A", "RPLL0"), ElementsAre("refclk_A_R0_125_MHz_unique1"));
+    EXPECT_THAT(names("C", "RPLL0"), ElementsAre("refclk_C_R0_125_MHz_unique1"));
     EXPECT_THAT(names("B", "LCPLL0"), ElementsAre("refclk_B_R0_100_MHz_unique1"));
 }
 
