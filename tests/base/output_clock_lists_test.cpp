@@ -239,6 +239,14 @@ TEST(TransmitClockSource, freeRpllReachesTheLowestVco) {
     EXPECT_THAT(transmitClocks(8.0, 31.9, "LCPLL", "RPLL", "LCPLL"), IsEmpty());
 }
 
+TEST(TransmitClockSource, freeRpllReachesItsLowestFeedbackDivider) {
+    // Of 3200 MHz only M = 4 and N = 5 make VCO 4, and 4000 over 40 * 128 is the target, 1000 over
+    // 1280 bits. All others make 4.8 or more, of which that is 0.9375 at least.
+    EXPECT_THAT(rule_engine_utilities::findTXOUTCLKlist(1.0, 3200.0, "LCPLL", "LCPLL", "RPLL",
+                                                        1280.0F, "RAW", "1"),
+                testing::Contains(0.78125));
+}
+
 TEST(TransmitClockSource, freeRpllNeedsAReferenceClock) {
     for (const double refclk : {0.0, -156.25, infinity, notANumber}) {
         EXPECT_THAT(transmitClocks(8.0, refclk, "LCPLL", "RPLL", "LCPLL"), IsEmpty()) << refclk;
