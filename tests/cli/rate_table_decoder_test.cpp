@@ -1,5 +1,6 @@
 #include "rate_table_decoder.h"
 
+#include "../block/rate_table_engine.h"
 #include "cli/rate_table_words.h"
 #include "errors.h"
 
@@ -281,13 +282,30 @@ INSTANTIATE_TEST_SUITE_P(
         BadTable{"WithMoreRatesThanWords",
                  [](Words& w) { w[2] = w[3] = (255U << 20) | (1023U << 10) | 10U; },
                  "Word 4 of the rate table: the offset is 28, but the words before this body end "
-                 "at 260875"},
+                 "at 260875; a table with more than 255 rates or 1023 words for a rate does not "
+                 "fit its header."},
         BadTable{"ThatAreNotValid", [](Words& w) { w[1] &= ~1U; },
                  "Word 1 of the rate table: the structure is not valid"},
         BadTable{"WithReservedStructureBits", [](Words& w) { w[0] |= 1U << 30; },
                  "Word 0 of the rate table: reserved bits"},
         BadTable{"WithAMasterAboveItsChannel", [](Words& w) { w[0] |= 3U << 17; },
                  "Word 0 of the rate table: channel 0 has a master above itself"},
+        // Channels 2 and 3 follow channel 1, which follows channel 0.
+        BadTable{"WithAMasterThatFollowsAnother",
+                 [](Words& w) { w[0] ^= (1U << 19) | (1U << 6) | (1U << 2); },
+                 "Word 0 of the rate table: channel 2 has a master that follows another channel"},
+        // To receive, channel 3 is alone: its master is 3 and its group 1000.
+        BadTable{"WithDuplexChannelsThatPart",
+                 [](Words& w) { w[1] ^= (1U << 24) | (1U << 16) | (1U << 8); },
+                 "Word 1 of the rate table: the duplex flags of channels 1 and 3 contradict"},
+        BadTable{"WithASimplexChannelInBothGroupsOfADuplexOne",
+                 [](Words& w) {
+                     w[0] ^= 1U << 27;
+                     w[1] ^= 1U << 27;
+                 },
+                 "Word 1 of the rate table: the duplex flags of channels 1 and 2 contradict"},
+        BadTable{"WithPcieButNoRate", [](Words& w) { w[4] = w[5] = (1U << 31) | 28U; },
+                 "Word 4 of the rate table: a channel without rates tells of PCIe"},
         BadTable{"WithAChannelInTwoGroups", [](Words& w) { w[0] |= 1U << 2; },
                  "Word 0 of the rate table: channel 1 is in the group of a channel that is not"},
         BadTable{"WithAChannelInAGroupOfOneDirection", [](Words& w) { w[1] &= ~(1U << 8); },
@@ -348,12 +366,73 @@ TEST(BadWordsOfASimplexChannel, WithPcieInTheReceiveWordAreRefused) {
     EXPECT_THROW(decodeRateTable(words), RequestError);
 }
 
+TEST(BadWordsOfASimplexChannel, WithRatesInOneDirectionOnlyAreRefused) {
+    ASSERT_NO_THROW(decodeRateTable(tableOfOneSimplexChannel(1, {0, 1}, 1, {})));
+    EXPECT_THROW(decodeRateTable(tableOfOneSimplexChannel(1, {0, 1}, 0, {})), RequestError);
+    EXPECT_THROW(decodeRateTable(tableOfOneSimplexChannel(0, {}, 1, {0, 1})), RequestError);
+}
+
 TEST(BadWordsOfADuplexChannel, WithOtherMasksAtTheSecondRateAreRefused) {
     Words words = tableOfOneChannel(2, {0x01800000, 0xf, 1, 0x01800000, 0xf, 2});
     ASSERT_NO_THROW(decodeRateTable(words));
     words[14] = 0xff;
     EXPECT_THROW(decodeRateTable(words), RequestError);
 }
+
+// Tables that their own header can't tell of
+
+std::string faultOfTable(RateTableEngine& engine) {
+    try {
+        decodeRateTable(rateTableWords(engine.generateRateTableInBinary()));
+    } catch (const RequestError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+class ManyRates : public testing::TestWithParam<unsigned> {};
+
+TEST_P(ManyRates, AreRefusedFrom256On) {
+    RateTableEngine engine;
+    engine.reg("A", "channel").lane(0, "a", "a");
+    for (unsigned rate = 0; rate < GetParam(); ++rate) {
+        engine.pass(0, rate, rate, {{"A", rate}});
+    }
+    EXPECT_EQ(faultOfTable(engine).find("more than 255 rates") != std::string::npos,
+              GetParam() > 255)
+        << faultOfTable(engine);
+}
+
+// Two words for a rate. The header tells 0 of 256 rates, and 2 of 514 rates, whose words end at
+// 1038, with the offset 14 just where 2 rates of 2 words would end.
+INSTANTIATE_TEST_SUITE_P(Numbers, ManyRates, testing::Values(255U, 256U, 257U, 514U),
+                         testing::PrintToStringParamName());
+
+class ManyRegisters : public testing::TestWithParam<unsigned> {};
+
+TEST_P(ManyRegisters, AreRefusedFrom1024WordsARateOn) {
+    RateTableEngine engine;
+    engine.lane(0, "a", "a");
+    registerValues values;
+    for (unsigned number = 0; number < GetParam(); ++number) {
+        const std::string name = "R" + std::to_string(number);
+        // Too far from each other for a burst; as hexadecimal numbers still further.
+        engine.reg(name, "channel", std::to_string(16 * number));
+        values[name] = 1U;
+    }
+    engine.pass(0, 0, 0, values);
+    for (auto& [name, value] : values) {
+        value = 2U;
+    }
+    engine.pass(0, 1, 1, values);
+    EXPECT_EQ(faultOfTable(engine).find("1023 words for a rate") != std::string::npos,
+              GetParam() > 682)
+        << faultOfTable(engine);
+}
+
+// A pair takes three words, a last lone register two: 682 registers take 1023 words.
+INSTANTIATE_TEST_SUITE_P(Numbers, ManyRegisters, testing::Values(682U, 683U, 700U),
+                         testing::PrintToStringParamName());
 
 // Binary digits
 

@@ -36,6 +36,14 @@ struct Replay : public testing::Test {
         return *this;
     }
 
+    /// Makes a channel write its masked registers to transmit lane by lane.
+    void addSingleLane(std::size_t channel) {
+        engine.userParams[0][channel] = {{{"TX_DATA_ENCODING", std::string("64B66B_ASYNC")},
+                                          {"TX_USER_DATA_WIDTH", 64U},
+                                          {"TX_INT_DATA_WIDTH", 32U},
+                                          {"TX_BUFFER_MODE", 1U}}};
+    }
+
     std::vector<std::uint32_t> generated() {
         snapshots = takeSnapshots(engine);
         return rateTableWords(engine.generateRateTableInBinary());
@@ -110,10 +118,7 @@ TEST_F(Replay, WritesTheAlwaysMaskedRegistersOfAFollowerInItsSingleLane) {
     for (const std::size_t channel : {0U, 1U}) {
         engine.pass(channel, 0, 0, {{"PIPE_CTRL_CFG9", 1U}, {"A", 5U}});
         engine.pass(channel, 1, 1, {{"PIPE_CTRL_CFG9", 2U}, {"A", 6U}});
-        engine.userParams[0][channel] = {{{"TX_DATA_ENCODING", std::string("64B66B_ASYNC")},
-                                          {"TX_USER_DATA_WIDTH", 64U},
-                                          {"TX_INT_DATA_WIDTH", 32U},
-                                          {"TX_BUFFER_MODE", 1U}}};
+        addSingleLane(channel);
     }
     replay();
     EXPECT_EQ(classAt("PIPE_CTRL_CFG9", 0, 0, transmit, 1), replays);
@@ -263,6 +268,22 @@ TEST_F(Replay, FailsForARegisterThatDependsOnBothRatesTogether) {
               "The table is at fault: the first register that does not replay is A of channel 0 at "
               "rate 0 of the TX table of channel 0, which leaves 0x00000006 in place of "
               "0x00000002 (differs).");
+}
+
+TEST_F(Replay, FailsForALaneRegisterBehindOneThatIsTakenOverIntoASingleLane) {
+    engine.reg("A_CFG4", "ctrl_0", "0x10").reg("PIPE_CTRL_CFG9", "channel", "0x11");
+    engine.lane(0, "a", "a").lane(2, "a", "a");
+    for (const unsigned rate : {0U, 1U}) {
+        engine.pass(0, rate, rate, {{"A_CFG4", 0U}, {"PIPE_CTRL_CFG9", 5 + rate}});
+        engine.pass(2, rate, rate, {{"A_CFG4", rate}, {"PIPE_CTRL_CFG9", 5U}});
+    }
+    addSingleLane(0);
+    replay();
+    // One pair for lane 2, since channel 0 does not change A_CFG4 itself.
+    EXPECT_EQ(classAt("PIPE_CTRL_CFG9", 0, 0, transmit, 1), differs);
+    EXPECT_EQ(find("PIPE_CTRL_CFG9", 0, 0, transmit, 1)->reached, 5U);
+    EXPECT_EQ(classAt("PIPE_CTRL_CFG9", 2, 0, transmit, 1), differs);
+    EXPECT_NE(report.firstFailure(), nullptr);
 }
 
 TEST_F(Replay, FailsForADuplexTableOfSnapshotsThatDoNotMoveTogether) {

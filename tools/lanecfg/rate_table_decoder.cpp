@@ -8,6 +8,8 @@ namespace sable_lanecfg::tool {
 namespace {
 
 constexpr std::size_t digitsOfWord = 32;
+constexpr const char* limitsOfHeader =
+    "a table with more than 255 rates or 1023 words for a rate does not fit its header";
 
 using Words = std::vector<std::uint32_t>;
 
@@ -57,6 +59,14 @@ void decodeChannelWord(const Words& words, std::size_t channel, TableDirection d
         if (!header.isDuplex && side.isPcie) {
             throwTableFault(index, "the receive word of a simplex channel tells of PCIe");
         }
+        if ((side.rates == 0) != (header.of(TableDirection::transmit).rates == 0)) {
+            throwTableFault(index, std::string("the channel has rates in one direction only; ") +
+                                       limitsOfHeader);
+        }
+    }
+    if (side.isPcie && side.rates == 0) {
+        throwTableFault(index,
+                        std::string("a channel without rates tells of PCIe; ") + limitsOfHeader);
     }
 }
 
@@ -71,6 +81,9 @@ void checkGroups(TableDirection direction, DecodedRateTable& table) {
         if (master > member) {
             throwTableFault(index, name + " has a master above itself");
         }
+        if (table.channels[master].of(direction).master != master) {
+            throwTableFault(index, name + " has a master that follows another channel");
+        }
         for (std::size_t owner = 0; owner < rateTableChannelCount; ++owner) {
             if (owner != master && table.channels[owner].of(direction).group.test(member)) {
                 throwTableFault(index, name +
@@ -83,6 +96,34 @@ void checkGroups(TableDirection direction, DecodedRateTable& table) {
             header.isPresent = isMember;
         } else if (header.isPresent != isMember) {
             throwTableFault(index, name + " is in a group of one direction only");
+        }
+    }
+}
+
+/// A channel is duplex if its rate groups have the same name in both directions. So duplex channels
+/// that are together in one direction are together in the other, and never with a simplex one in
+/// both.
+void checkDuplexFlags(const DecodedRateTable& table) {
+    const auto areTogether = [](const ChannelHeader& first, const ChannelHeader& second,
+                                TableDirection direction) {
+        return first.of(direction).master == second.of(direction).master;
+    };
+    for (std::size_t second = 1; second < rateTableChannelCount; ++second) {
+        for (std::size_t first = 0; first < second; ++first) {
+            const ChannelHeader& one = table.channels[first];
+            const ChannelHeader& other = table.channels[second];
+            if (!one.isPresent || !other.isPresent) {
+                continue;
+            }
+            const bool transmit = areTogether(one, other, TableDirection::transmit);
+            const bool receive = areTogether(one, other, TableDirection::receive);
+            const bool areBothDuplex = one.isDuplex && other.isDuplex;
+            const bool isOneDuplex = one.isDuplex != other.isDuplex;
+            if ((areBothDuplex && transmit != receive) || (isOneDuplex && transmit && receive)) {
+                throwTableFault(structureWordOf(TableDirection::receive),
+                                "the duplex flags of channels " + std::to_string(first) + " and " +
+                                    std::to_string(second) + " contradict their groups");
+            }
         }
     }
 }
@@ -125,10 +166,12 @@ std::vector<BodyPlace> placesOfBodies(const DecodedRateTable& table) {
             if (side.offset != next % rateTableAddresses) {
                 throwTableFault(index, "the offset is " + std::to_string(side.offset) +
                                            ", but the words before this body end at " +
-                                           std::to_string(next));
+                                           std::to_string(next) + "; " + limitsOfHeader);
             }
             if (side.blockSize != 0 && (side.master != channel || side.rates == 0)) {
-                throwTableFault(index, "a body without an owner or without a rate has a size");
+                throwTableFault(
+                    index, std::string("a body without an owner or without a rate has a size; ") +
+                               limitsOfHeader);
             }
             if (side.master == channel && side.rates != 0) {
                 places.push_back({channel, direction, next});
@@ -139,8 +182,7 @@ std::vector<BodyPlace> placesOfBodies(const DecodedRateTable& table) {
     if (next != table.wordCount) {
         throw RequestError("The rate table has " + std::to_string(table.wordCount) +
                            " words, but the sizes in its header add up to " + std::to_string(next) +
-                           ". Either it is not whole, or it has more than 255 rates or 1023 words "
-                           "for a rate.");
+                           ". Either it is not whole, or it is too large: " + limitsOfHeader + ".");
     }
     return places;
 }
@@ -203,6 +245,7 @@ DecodedRateTable decodeRateTable(const std::vector<std::uint32_t>& words) {
     if (bitsOf(words[0], 28, 25) != bitsOf(words[1], 28, 25)) {
         throwTableFault(1, "the duplex flags are not those of word 0");
     }
+    checkDuplexFlags(table);
     for (std::size_t channel = 0; channel < rateTableChannelCount; ++channel) {
         for (const TableDirection direction : bothTableDirections) {
             decodeChannelWord(words, channel, direction, table);
