@@ -92,6 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
         LcpllCase{"HalfRate", 5.15625, 156.25, {1, 66, 0, "HALF", 0}},
         LcpllCase{"HalfRateAtTheLimit", 8.1875, 125.0, {1, 131, 0, "HALF", 0}},
         LcpllCase{"FullRateAboveTheLimit", 8.25, 125.0, {1, 66, 0, "FULL", 0}},
+        LcpllCase{"FullRateJustAboveTheLimit", 8.19, 126.0, {1, 65, 0, "FULL", 0}},
         LcpllCase{"ReferenceOverTwo", 10.3, 200.0, {2, 103, 0, "FULL", 0}},
         LcpllCase{"ReferenceOverThree", 12.1, 300.0, {3, 121, 0, "FULL", 0}},
         LcpllCase{"ReferenceOverFour", 10.5, 400.0, {4, 105, 0, "FULL", 0}},
@@ -100,9 +101,14 @@ INSTANTIATE_TEST_SUITE_P(
         LcpllCase{"HighestFeedback", 10.0, 62.5, {1, 160, 0, "FULL", 0}},
         // 66 and 9 parts in 100000.
         LcpllCase{"WithinTheTolerance", 10.313428125, 156.25, {1, 66, 0, "FULL", 0}},
+        // 66.0078125 is 12 parts in 100000 off, and so a fraction of 1 in 128.
+        LcpllCase{"OutsideTheTolerance", 8.449, 128.0, {1, 66, 0, "FULL", 131072}},
         // 66.40625, 26.5625 after a first 13.28125, 79.1015625, in parts of 2 to the 24th.
         LcpllCase{"Fraction", 8.5, 128.0, {1, 66, 0, "FULL", 6815744}},
         LcpllCase{"FractionFromSixteenOn", 8.5, 640.0, {2, 26, 0, "FULL", 9437184}},
+        // 16.40625; 30.625 after a first 15.3125.
+        LcpllCase{"FractionOnTheLowestFeedback", 10.5, 640.0, {1, 16, 0, "FULL", 6815744}},
+        LcpllCase{"FractionBelowTheLowestFeedback", 9.8, 640.0, {2, 30, 0, "FULL", 10485760}},
         LcpllCase{"FractionAtHalfRate", 5.0625, 128.0, {1, 79, 0, "HALF", 1703936}},
         // 160.15625: the whole part is the highest divider.
         LcpllCase{"FractionOnTheHighestFeedback", 10.25, 64.0, {1, 160, 0, "FULL", 2621440}}),
@@ -122,6 +128,12 @@ TEST_F(SxbPllLcpllSolver, AWholeDividerOfALaterClockWinsOverAFractionOfTheFirst)
 TEST_F(SxbPllLcpllSolver, SecondClockWinsWithAFractionWhereTheFirstIsOutOfLimits) {
     // The oscillator would run at 16.5 for the first; 8500 over 128 is 66.40625 for the second.
     solve({16.5, 8.5}, 128.0);
+    expect({1, 66, 8.5, "FULL", 6815744});
+}
+
+TEST_F(SxbPllLcpllSolver, AFractionOfTheFirstClockHasTheRateOfThatClock) {
+    // The search for whole dividers ended at the second clock, which runs at half rate.
+    solve({8.5, 5.05}, 128.0);
     expect({1, 66, 8.5, "FULL", 6815744});
 }
 
@@ -150,6 +162,12 @@ TEST_F(SxbPllLcpllSolver, AReferenceClockOfZeroSolvesNothing) {
 TEST_F(SxbPllLcpllSolver, PcieAtEightGigabitIgnoresTheFirstClock) {
     solve({10.3, 10.0}, 200.0, oscillatorLimits, {{"PCIE_ENABLE", true}, {"TX_LINE_RATE", 8.0}});
     expect({1, 50, 10.0, "FULL", 0});
+}
+
+TEST_F(SxbPllLcpllSolver, PcieAtEightGigabitIgnoresTheFirstClockForAFractionToo) {
+    // 8500 over 128 would be 66.40625; 10250 over 128 is 80.078125.
+    solve({8.5, 10.25}, 128.0, oscillatorLimits, {{"PCIE_ENABLE", true}, {"TX_LINE_RATE", 8.0}});
+    expect({1, 80, 10.25, "FULL", 1310720});
 }
 
 TEST_F(SxbPllLcpllSolver, PcieAtAnotherRateTakesTheFirstClock) {

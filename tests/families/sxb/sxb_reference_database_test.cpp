@@ -2,6 +2,7 @@
 #include "families/sxb/sxb_rx_rules.h"
 #include "families/sxb/sxb_tx_rules.h"
 #include "support/reference_data.h"
+#include "sxb_expected_catalogue.h"
 
 #include <lanecfg/gt_db_load.h>
 #include <lanecfg/gt_rule_engine.h>
@@ -12,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <random>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,23 +23,59 @@
 namespace sable_lanecfg {
 namespace {
 
+using lanecfg_test::ExpectedField;
+using lanecfg_test::expectedSxbFields;
 using lanecfg_test::referencePath;
 using testing::SizeIs;
 using namespace std::string_literals;
 
 constexpr std::size_t channels = 4;
 using rateParameters = std::map<std::string, ruleValue>;
+/// Registers one set of rules.
+using ruleSet = void (*)(gt_rule_engine&);
+/// Fields and words of a snapshot.
+using registerValues = std::map<std::string, unsigned>;
 
 class SxbReferenceDatabase : public testing::Test {
   protected:
-    void run(const userParamStore& params) {
+    void run(const userParamStore& params,
+             const std::vector<ruleSet>& sets = {registerSxbRxRules, registerSxbTxRules,
+                                                 registerSxbPllRules}) {
         engine = std::make_unique<gt_rule_engine>("SXB", std::vector<channelUsageInfo>(),
                                                   loaded.m_paramTypes, params, loaded.m_fields,
                                                   loaded.m_deviceData);
-        registerSxbRxRules(*engine);
-        registerSxbTxRules(*engine);
-        registerSxbPllRules(*engine);
+        for (const ruleSet registerRules : sets) {
+            registerRules(*engine);
+        }
         engine->runBlockRules();
+    }
+
+    /// Fields and words of every snapshot, channel by channel.
+    std::vector<registerValues> allRegisterValues() const {
+        std::vector<registerValues> all;
+        for (const auto& passes : engine->blockVarMap) {
+            for (const variableMap& snapshot : passes) {
+                all.push_back(registerValuesOf(snapshot));
+            }
+        }
+        return all;
+    }
+
+    /// Words that no configuration changes, made of the constants of the second list.
+    registerValues constantWords() const {
+        registerValues words;
+        std::set<std::string> changing;
+        for (const ExpectedField& row : expectedSxbFields()) {
+            if (row.kind == fieldKind::constant) {
+                words[row.registerName] += row.value << firstBitOf(row);
+            } else {
+                changing.insert(row.registerName);
+            }
+        }
+        for (const std::string& name : changing) {
+            words.erase(name);
+        }
+        return words;
     }
 
     /// Expects of every snapshot that fields fit the database, and that words hold them.
@@ -63,6 +101,25 @@ class SxbReferenceDatabase : public testing::Test {
     std::unique_ptr<gt_rule_engine> engine;
 
   private:
+    registerValues registerValuesOf(const variableMap& snapshot) const {
+        registerValues values;
+        for (const auto& [name, record] : loaded.m_fields) {
+            values[name] = boost::get<unsigned>(snapshot.at(name).value);
+            for (const auto& [field, place] : record.fields) {
+                values[field] = boost::get<unsigned>(snapshot.at(field).value);
+            }
+        }
+        return values;
+    }
+
+    unsigned firstBitOf(const ExpectedField& row) const {
+        if (row.field.empty()) {
+            return 0;
+        }
+        const auto& places = loaded.m_fields.at(row.registerName).fields;
+        return static_cast<unsigned>(places.at(row.registerName + "." + row.field).at(0));
+    }
+
     static void expectWordHoldsItsFields(const variableMap& snapshot, const std::string& name,
                                          const attributeInfo& record) {
         unsigned long long word = 0;
@@ -195,6 +252,25 @@ TEST_P(SxbReferenceDatabaseWithRandomRates, HasRoomForEveryField) {
         EXPECT_THAT(passes, SizeIs(4));
     }
     expectEveryWordHoldsItsFields();
+}
+
+TEST_P(SxbReferenceDatabaseWithRandomRates, WordsOfConstantFieldsAreTheSameInEveryConfiguration) {
+    run(ratesAtRandom());
+    const registerValues words = constantWords();
+    EXPECT_THAT(words, SizeIs(111));
+    for (const registerValues& snapshot : allRegisterValues()) {
+        for (const auto& [name, word] : words) {
+            EXPECT_EQ(snapshot.at(name), word) << name;
+        }
+    }
+}
+
+TEST_P(SxbReferenceDatabaseWithRandomRates, FieldsDoNotDependOnTheOrderInWhichTheirRulesRan) {
+    const userParamStore rates = ratesAtRandom();
+    run(rates);
+    const std::vector<registerValues> values = allRegisterValues();
+    run(rates, {registerSxbPllRules, registerSxbTxRules, registerSxbRxRules});
+    EXPECT_EQ(allRegisterValues(), values);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, SxbReferenceDatabaseWithRandomRates, testing::Range(1U, 13U));
