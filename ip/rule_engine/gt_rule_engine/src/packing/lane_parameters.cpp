@@ -2,6 +2,7 @@
 
 #include <lanecfg/rule_engine_utilities.h>
 
+#include <cmath>
 #include <stdexcept>
 
 namespace sable_lanecfg {
@@ -75,13 +76,26 @@ std::string laneParameters::place() const {
     return placeOf(direction_, lane_, slot_);
 }
 
-laneClocking::laneClocking(const laneParameters& parameters)
+double actualRefclks::of(double lineRate, double requestedRefclk, const std::string& pll) {
+    // What is not a number has no place in the order of the known ones.
+    if (std::isunordered(lineRate, requestedRefclk)) {
+        return rule_engine_utilities::calculateActualRefclk(lineRate, requestedRefclk, pll);
+    }
+    const auto [entry, isNew] = known_.try_emplace({lineRate, requestedRefclk, pll});
+    if (isNew) {
+        entry->second =
+            rule_engine_utilities::calculateActualRefclk(lineRate, requestedRefclk, pll);
+    }
+    return entry->second;
+}
+
+laneClocking::laneClocking(const laneParameters& parameters, actualRefclks& clocks)
     : source(parameters.get<std::string>("_REFCLK_SOURCE")),
       pll(parameters.get<std::string>("_PLL_TYPE")),
       requestedRefclk(parameters.get<double>("_REFCLK_FREQUENCY")),
       lineRate(parameters.get<double>("_LINE_RATE")),
       dividerPll(parameters.get<std::string>("PROGDIV_FREQ_SOURCE")),
       isDividerEnabled(parameters.get<bool>("PROGDIV_FREQ_ENABLE")),
-      actualRefclk(rule_engine_utilities::calculateActualRefclk(lineRate, requestedRefclk, pll)) {}
+      actualRefclk(clocks.of(lineRate, requestedRefclk, pll)) {}
 
 }  // namespace sable_lanecfg

@@ -5,6 +5,7 @@
 #include <array>
 #include <map>
 #include <string>
+#include <tuple>
 
 namespace sable_lanecfg {
 
@@ -73,9 +74,19 @@ class laneParameters {
     const std::map<std::string, ruleValue>* values_;
 };
 
+/// The reference clocks (MHz) nearest to the requested ones that PLLs can use. Lanes mostly ask for
+/// the same, which is then searched for once.
+class actualRefclks {
+  public:
+    double of(double lineRate, double requestedRefclk, const std::string& pll);
+
+  private:
+    std::map<std::tuple<double, double, std::string>, double> known_;
+};
+
 /// How a lane and direction is clocked at one rate slot.
 struct laneClocking {
-    explicit laneClocking(const laneParameters& parameters);
+    laneClocking(const laneParameters& parameters, actualRefclks& clocks);
 
     std::string source;      ///< of the reference clock, "R0" to "R5"
     std::string pll;         ///< of the data path
@@ -83,8 +94,8 @@ struct laneClocking {
     double lineRate;         ///< Gb/s
     std::string dividerPll;  ///< source of the programmable divider
     bool isDividerEnabled;
-    /// The reference clock (MHz) nearest to the requested one that the data path's PLL can use. It
-    /// stands for the programmable divider too, whichever its PLL.
+    /// That which the data path's PLL can use. It stands for the programmable divider too,
+    /// whichever its PLL.
     double actualRefclk;
 };
 

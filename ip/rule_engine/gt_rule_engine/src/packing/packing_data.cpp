@@ -143,7 +143,7 @@ class candidateTable {
 
     void addSlot(const place& at, bool isPair) {
         const laneParameters parameters(packing_.userParams, at.direction, at.lane, at.slot);
-        const laneClocking clocking(parameters);
+        const laneClocking clocking(parameters, clocks_);
         const auto dividerFrequency = parameters.get<double>("PROGDIV_FREQ_VAL");
         const auto& coding = parameters.get<std::string>(
             at.direction == laneDirection::transmit ? "_DATA_ENCODING" : "_DATA_DECODING");
@@ -189,6 +189,7 @@ class candidateTable {
     gt_quad_packing& packing_;
     bool logErrors_;
     packingMessages& messages_;
+    actualRefclks clocks_;
 };
 
 }  // namespace

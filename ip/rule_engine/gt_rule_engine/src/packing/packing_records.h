@@ -27,8 +27,9 @@ const Lists& listsOf(const packingRecord& record, const char* field) {
 
 /// The list of a slot, empty beyond the last one.
 template <class Lists>
-typename Lists::value_type slotOf(const Lists& lists, std::size_t slot) {
-    return slot < lists.size() ? lists[slot] : typename Lists::value_type();
+const typename Lists::value_type& slotOf(const Lists& lists, std::size_t slot) {
+    static const typename Lists::value_type none;
+    return slot < lists.size() ? lists[slot] : none;
 }
 
 /// Whether a record uses a slot. One that it does not use has empty lists.

@@ -114,11 +114,11 @@ void nameClock(const connection& named, const std::vector<connection>& connectio
 }
 
 void gatherClocks(const userParamStore& userParams, const channelUsageInfo& channel,
-                  connectionTable& resources) {
+                  actualRefclks& clocks, connectionTable& resources) {
     visitLanes(channel, [&](laneDirection direction, int lane, const std::string& ratePin) {
         const std::string digit = std::to_string(dualOf(lane));
         for (const int slot : channel.rates) {
-            const laneClocking clocking({userParams, direction, lane, slot});
+            const laneClocking clocking({userParams, direction, lane, slot}, clocks);
             auto& plls = resources[ratePin];
             addDistinct(plls[clocking.pll + digit][clocking.source][frequencyKey],
                         clocking.actualRefclk);
@@ -153,8 +153,9 @@ std::string portOf(const std::string& source) {
 std::map<int, std::string> gt_quad_packing::checkRefclkSourceResource(bool logErrors) {
     packingMessages messages;
     catchPackingFaults(__LINE__, logErrors, messages, [&] {
+        actualRefclks clocks;
         for (const channelUsageInfo& channel : channels) {
-            gatherClocks(userParams, channel, refclkResources);
+            gatherClocks(userParams, channel, clocks, refclkResources);
         }
         const std::vector<connection> connections = connectionsOf(refclkResources);
         for (const connection& each : connections) {
