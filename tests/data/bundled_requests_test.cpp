@@ -71,5 +71,9 @@ TEST_P(EveryRequest, UsesOnlyParametersOfItsFamily) {
 
 INSTANTIATE_TEST_SUITE_P(Requests, EveryRequest, testing::ValuesIn(bundledRequests()),
                          [](const auto& row) { return row.param; });
+INSTANTIATE_TEST_SUITE_P(PackRequests, EveryRequest,
+                         testing::ValuesIn(lanecfg_test::packRequests()), [](const auto& row) {
+                             return std::filesystem::path(row.param).filename().string();
+                         });
 
 }  // namespace

@@ -125,6 +125,14 @@ TEST_F(PackingData, ActualClockIsTheNearestThatThePllCanUse) {
     EXPECT_THAT(lists(0, "refclks"), ElementsAre(ElementsAre(100.0)));
 }
 
+TEST_F(PackingData, ClockThatIsNoNumberHasTheActualClock0) {
+    const double none = std::nan("");
+    make(PackingRequest().add(
+        transmit, 0, {rateOf(20.0, "LCPLL", 100.0), rateOf(20.0, "LCPLL", none), rateOf(20.0)}));
+    EXPECT_THAT(lists(0, "refclks"),
+                ElementsAre(ElementsAre(100.0), ElementsAre(0.0), ElementsAre(156.25)));
+}
+
 TEST_F(PackingData, SlotsAreIndexedByTheirNumber) {
     PackingRequest request;
     request.add(transmit, 0, {rateOf(20.0), rateOf(20.0), rateOf(25.78125)});

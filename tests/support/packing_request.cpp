@@ -283,4 +283,9 @@ std::string connectionsText() {
            "frequencies exceed 6 connections into the Quad!!!!\n";
 }
 
+std::string sentenceOf(const std::string& message) {
+    const std::size_t begin = message.find(": ") + 2;
+    return message.substr(begin, message.size() - begin - 1);
+}
+
 }  // namespace lanecfg_test

@@ -90,5 +90,7 @@ std::string sourceMismatchText(const std::string& pll, int dual);
 std::string independentBypassText(int txRate, int rxRate, int lane);
 std::string commonBypassText(int rate, int lane);
 std::string connectionsText();
+/// Such a text without the name of its check and its line feed.
+std::string sentenceOf(const std::string& message);
 
 }  // namespace lanecfg_test

@@ -22,6 +22,18 @@ std::vector<std::string> sorted(std::vector<std::string> names) {
     return names;
 }
 
+/// Names of the requests in a folder, with that folder in front.
+std::vector<std::string> requestsIn(const std::string& folder) {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry :
+         fs::directory_iterator(dataFolder() / "requests" / folder)) {
+        if (entry.path().extension() == ".json") {
+            names.push_back(folder + entry.path().stem().string());
+        }
+    }
+    return sorted(std::move(names));
+}
+
 }  // namespace
 
 fs::path dataFolder() {
@@ -47,13 +59,11 @@ nlohmann::json referenceFile(const std::string& family, const std::string& file)
 }
 
 std::vector<std::string> bundledRequests() {
-    std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::directory_iterator(dataFolder() / "requests")) {
-        if (entry.path().extension() == ".json") {
-            names.push_back(entry.path().stem().string());
-        }
-    }
-    return sorted(std::move(names));
+    return requestsIn("");
+}
+
+std::vector<std::string> packRequests() {
+    return requestsIn("pack/");
 }
 
 std::string requestPath(const std::string& name) {

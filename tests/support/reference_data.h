@@ -23,6 +23,9 @@ nlohmann::json referenceFile(const std::string& family, const std::string& file)
 /// Names of the bundled requests, without folder and ending.
 std::vector<std::string> bundledRequests();
 
+/// Names of the bundled requests that are about quad packing. Not all of them fit a quad.
+std::vector<std::string> packRequests();
+
 /// Path of a bundled request.
 std::string requestPath(const std::string& name);
 

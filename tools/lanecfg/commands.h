@@ -27,6 +27,7 @@ void addRefclkCommand(CLI::App& program, Work& chosen);
 void addOutclkListCommand(CLI::App& program, Work& chosen);
 void addCheckDatabaseCommand(CLI::App& program, Work& chosen);
 void addRulesCommand(CLI::App& program, Work& chosen);
+void addPackCommand(CLI::App& program, Work& chosen);
 void addFamiliesCommand(CLI::App& program, Work& chosen);
 void addModelsCommand(CLI::App& program, Work& chosen);
 void addModelUpdateCommand(CLI::App& program, Work& chosen);

@@ -1,9 +1,8 @@
 #include "configured_instance.h"
 
 #include "errors.h"
-#include "request_dictionaries.h"
+#include "request_checks.h"
 #include "standard_output_guard.h"
-#include "user_parameter_fault.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
@@ -52,28 +51,7 @@ bool isNameKnown(const RuleSet& rules) {
                            " are not part of this build. lanecfg families lists "
                            "those that are.");
     }
-    const std::string fault = userParameterFault(request, database.parametersFile());
-    if (!fault.empty()) {
-        throw RequestError("Request " + request.file + " can't be loaded: " + fault);
-    }
-    throw RequestError("Request " + request.file +
-                       " can't be loaded; the messages before this "
-                       "one tell why. Its parameters must be declared in the database's "
-                       "parameters.json, with values of their types.");
-}
-
-/// The library would answer something else than what was asked for.
-void tellOfMisreadValue(const Request& request, const Database& database, Console& console) {
-    const std::string fault = misreadValue(request, database.parametersFile());
-    if (fault.empty()) {
-        return;
-    }
-    const std::string text = "Request " + request.file + ": " + fault;
-    if (!request.isDictionaryForm) {
-        throw RequestError(text);
-    }
-    // Hosts hand over any text, and the library goes on with what it can read of it.
-    console.warning(text + " What can't be read of a value counts as 0 or false.");
+    throwUnusableParameters(request, database);
 }
 
 std::string descriptionOf(const Request& request) {
@@ -82,29 +60,12 @@ std::string descriptionOf(const Request& request) {
     return request.description.empty() ? text : text + " (" + request.description + ")";
 }
 
-void warnOfMissingPart(const Request& request, Console& console) {
-    if (request.isDictionaryForm && request.part.empty()) {
-        console.warning("Request " + request.file +
-                        " has no part name: the silicon revision is "
-                        "empty, and lanes are taken in the order of their keys. Give --part or "
-                        "the key \"part\".");
-    }
-}
-
-void warnOfDoubts(const Request& request, Console& console) {
-    for (const std::string& doubt : doubtsOf(request.dictionaries.userParams)) {
-        console.warning("Request " + request.file + ": " + doubt);
-    }
-}
-
 }  // namespace
 
 ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& database,
                                        Console& console)
     : request_(request), console_(console) {
-    tellOfMisreadValue(request, database, console);
-    warnOfDoubts(request, console);
-    warnOfMissingPart(request, console);
+    tellOfDoubts(request, database, console);
     console.progress(descriptionOf(request));
     try {
         const StandardOutputGuard guard;

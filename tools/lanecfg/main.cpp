@@ -21,6 +21,7 @@ void addCommands(CLI::App& program, Work& chosen) {
     addRateTableCommand(program, chosen);
     addRefclkCommand(program, chosen);
     addOutclkListCommand(program, chosen);
+    addPackCommand(program, chosen);
     addFamiliesCommand(program, chosen);
     addRulesCommand(program, chosen);
     addModelsCommand(program, chosen);

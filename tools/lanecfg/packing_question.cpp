@@ -1,0 +1,58 @@
+#include "packing_question.h"
+
+#include "errors.h"
+#include "request_checks.h"
+
+namespace sable_lanecfg::tool {
+namespace {
+
+gt_db_load load(const Request& request, const Database& database) {
+    const RequestDictionaries& dictionaries = request.dictionaries;
+    const std::string noFile;
+    return {dictionaries.options,
+            dictionaries.userParams,
+            dictionaries.laneUsage,
+            quadUsageMap(),
+            database.parametersFile(),
+            request.isDictionaryForm ? noFile : request.file,
+            database.registersFile(),
+            database.deviceFile(),
+            request.part};
+}
+
+gt_quad_packing packingOf(const Request& request, const Database& database) {
+    try {
+        const gt_db_load loaded = load(request, database);
+        // Which quad the channels are in is no matter here.
+        for (const auto& [name, quad] : loaded.m_quadsUsage) {
+            delete quad;
+        }
+        if (loaded.m_loaded) {
+            return {loaded.m_channelUsage, loaded.m_paramTypes, loaded.m_userParams,
+                    loaded.m_fields, loaded.m_deviceData};
+        }
+    } catch (...) {
+        throw RequestError("Request " + request.file + " failed: " + currentExceptionText());
+    }
+    throwUnusableParameters(request, database);
+}
+
+}  // namespace
+
+PackingQuestion askForPacking(const Request& request, const Database& database, Console& console) {
+    tellOfDoubts(request, database, console);
+    console.progress("Packing the channels of " + request.file);
+    PackingQuestion question{packingOf(request, database), {}};
+    const int errorsBefore = console.errorCount();
+    question.messages = question.packing.canBePacked(true);
+    console.endProgress();
+    if (console.errorCount() > errorsBefore) {
+        throw RequestError("Request " + request.file +
+                           " can't be judged; the messages before this one tell why. Each rate in "
+                           "use needs its parameters, each lane its rate pin, and the database's "
+                           "device.json its PLL limits.");
+    }
+    return question;
+}
+
+}  // namespace sable_lanecfg::tool

@@ -1,0 +1,178 @@
+#include "packing_reasons.h"
+
+#include "packing_view.h"
+
+#include <boost/algorithm/string/join.hpp>
+
+#include <algorithm>
+#include <array>
+#include <regex>
+
+namespace sable_lanecfg::tool {
+namespace {
+
+const std::array<std::string, 3> levels{"channel", "dual", "quad"};
+
+/// A message of the library behind its level, without line feed.
+struct Sentence {
+    std::string level;
+    std::string text;
+};
+
+Sentence sentenceOf(const std::string& message) {
+    static const std::regex form("(Channel|Dual|Quad)LevelCheck: (.*)\n");
+    std::smatch parts;
+    if (!std::regex_match(message, parts, form)) {
+        return {levels.back(), message};
+    }
+    std::string level = parts[1];
+    level.front() = static_cast<char>(level.front() - 'A' + 'a');
+    return {level, parts[2]};
+}
+
+/// A lane whose transmitter and receiver disagree at a rate each.
+void concernLane(PackingReason& reason) {
+    static const std::regex together("at TX and RX rate ([0-9]+) in lane ([0-9]+)\\.");
+    static const std::regex apart("at TX rate ([0-9]+) and RX rate([0-9]+) in LANE_([0-9]+)\\.");
+    std::smatch parts;
+    if (std::regex_search(reason.text, parts, together)) {
+        reason.txRates = reason.rxRates = {std::stoi(parts[1])};
+        reason.lanes = {std::stoi(parts[2])};
+    } else if (std::regex_search(reason.text, parts, apart)) {
+        reason.txRates = {std::stoi(parts[1])};
+        reason.rxRates = {std::stoi(parts[2])};
+        reason.lanes = {std::stoi(parts[3])};
+    }
+}
+
+void concernSlot(const PllView& view, int slot, PackingReason& reason) {
+    for (const PackingRecordView& record : view.records) {
+        if (record.usedSlots().count(slot) != 0) {
+            reason.lanes.insert(record.lane);
+            (record.isReceive ? reason.rxRates : reason.txRates).insert(slot);
+        }
+    }
+}
+
+/// The lanes and rates behind each entry of a row that a message is about.
+template <class IsConcerned>
+void concernEntries(const PllView& view, const std::string& row, const IsConcerned& isConcerned,
+                    PackingReason& reason) {
+    int entry = 0;
+    for (const std::vector<double>& values : view.left.at(row)) {
+        if (isConcerned(entry, values)) {
+            for (const int slot : view.slotsOf(entry)) {
+                concernSlot(view, slot, reason);
+            }
+        }
+        ++entry;
+    }
+}
+
+/// Lanes of a dual that leave their PLL no frequency, or no common reference clock.
+void concernDual(const gt_quad_packing& packing, PackingReason& reason) {
+    static const std::regex form(
+        "(no VCO frequency|clock frequencies|clock sources) .* the ([^ ]*) used in lanes ([02]) "
+        "and/or [13](?: at rate ([0-9]+))?.*");
+    std::smatch parts;
+    if (!std::regex_search(reason.text, parts, form)) {
+        return;
+    }
+    reason.pll = parts[2];
+    const std::string dual = parts[3] == "0" ? "DUAL_0" : "DUAL_1";
+    for (const PllView& view : pllViews(packing)) {
+        if (view.dual != dual || view.pll != reason.pll) {
+            continue;
+        }
+        if (parts[4].matched) {
+            const int rate = std::stoi(parts[4]);
+            concernEntries(
+                view, "pllClkFreqs",
+                [rate](int entry, const auto& values) { return entry == rate && values.empty(); },
+                reason);
+        } else {
+            concernEntries(
+                view, parts[1] == "clock sources" ? "refclkSourcesValid" : "refclk_valid",
+                [](int, const auto& values) { return !values.empty() && values.front() != 1.0; },
+                reason);
+        }
+    }
+}
+
+/// A reason of the whole quad is about everything in it.
+void concernQuad(const gt_quad_packing& packing, PackingReason& reason) {
+    for (const channelUsageInfo& channel : packing.channels) {
+        reason.lanes.insert(channel.tx.begin(), channel.tx.end());
+        reason.lanes.insert(channel.rx.begin(), channel.rx.end());
+        if (!channel.tx.empty()) {
+            reason.txRates.insert(channel.rates.begin(), channel.rates.end());
+        }
+        if (!channel.rx.empty()) {
+            reason.rxRates.insert(channel.rates.begin(), channel.rates.end());
+        }
+    }
+}
+
+PackingReason reasonOf(const std::string& message, const gt_quad_packing& packing) {
+    const Sentence sentence = sentenceOf(message);
+    PackingReason reason{sentence.level, {}, {}, {}, {}, sentence.text};
+    if (reason.level == "channel") {
+        concernLane(reason);
+    } else if (reason.level == "dual") {
+        concernDual(packing, reason);
+    } else {
+        concernQuad(packing, reason);
+    }
+    return reason;
+}
+
+std::string listed(const std::set<int>& numbers) {
+    std::vector<std::string> texts;
+    for (const int number : numbers) {
+        texts.push_back(std::to_string(number));
+    }
+    return boost::algorithm::join(texts, ", ");
+}
+
+}  // namespace
+
+std::vector<PackingReason> packingReasons(const PackingQuestion& question) {
+    std::vector<PackingReason> reasons;
+    for (const auto& [number, message] : question.messages) {
+        reasons.push_back(reasonOf(message, question.packing));
+    }
+    const auto rank = [](const PackingReason& reason) {
+        return std::find(levels.begin(), levels.end(), reason.level) - levels.begin();
+    };
+    std::stable_sort(reasons.begin(), reasons.end(),
+                     [&rank](const PackingReason& first, const PackingReason& second) {
+                         return rank(first) < rank(second);
+                     });
+    return reasons;
+}
+
+Table reasonTable(const std::vector<PackingReason>& reasons) {
+    Table table;
+    table.columns = {"level", "lanes", "pll", "tx_rates", "rx_rates", "reason"};
+    for (const PackingReason& reason : reasons) {
+        table.rows.push_back({Cell(reason.level), Cell(listed(reason.lanes)), Cell(reason.pll),
+                              Cell(listed(reason.txRates)), Cell(listed(reason.rxRates)),
+                              Cell(reason.text)});
+    }
+    return table;
+}
+
+Json reasonDocument(const std::vector<PackingReason>& reasons) {
+    Json list = Json::array();
+    for (const PackingReason& reason : reasons) {
+        list.push_back({{"level", reason.level},
+                        {"lanes", reason.lanes},
+                        {"pll", reason.pll.empty() ? Json() : Json(reason.pll)},
+                        {"tx_rates", reason.txRates},
+                        {"rx_rates", reason.rxRates},
+                        {"reason", reason.text}});
+    }
+    return list;
+}
+
+}  // namespace sable_lanecfg::tool

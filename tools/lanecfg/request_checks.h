@@ -1,0 +1,17 @@
+#pragma once
+
+#include "console.h"
+#include "database.h"
+#include "request.h"
+
+namespace sable_lanecfg::tool {
+
+/// Tells of what is probably not meant so in a request, before the library gets it. Throws
+/// RequestError for a value that the library would take for something else.
+void tellOfDoubts(const Request& request, const Database& database, Console& console);
+
+/// The failure of a request whose user parameters the library refuses; names the first one at
+/// fault where it can be found.
+[[noreturn]] void throwUnusableParameters(const Request& request, const Database& database);
+
+}  // namespace sable_lanecfg::tool
