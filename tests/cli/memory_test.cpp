@@ -9,7 +9,6 @@ namespace lanecfg_test {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::StartsWith;
 
 class MemoryCommand : public CommandLine {
@@ -62,12 +61,22 @@ TEST_F(MemoryCommand, TakesTheFirmwareOfEarlySiliconByThePartsRevision) {
 }
 
 TEST_F(MemoryCommand, WritesInCsvALineOfTheImageInEachRow) {
+    std::string expected = "section,line\n";
+    std::istringstream firmware(readFile(dataFolder() / "firmware/live.mem"));
+    std::string section;
+    for (std::string line; std::getline(firmware, line);) {
+        if (line.front() == '@') {
+            section = line;
+        } else {
+            // Without the two blanks in front and the one behind.
+            expected += section + "," + line.substr(2, line.size() - 3) + "\n";
+        }
+    }
     const ProgramResult result = run({"memory", requestPath("sxa_basic"), "--format", "csv"});
-    EXPECT_THAT(result.output,
-                StartsWith("section,line\n@00008000,FE008050 FE008054 FE008058 FE00805C 10000004 "
-                           "10000005 10000006 10000007\n"));
-    EXPECT_THAT(result.output, HasSubstr("\n@00008000,10000010 10000011 10000012 10000013\n"
-                                         "@00008050,"));
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(result.output.substr(0, expected.size()), expected);
+    EXPECT_THAT(result.output.substr(expected.size()),
+                StartsWith("@00016000,//Version 2.0 32-bit\n@00016000,1e00001f "));
 }
 
 TEST_F(MemoryCommand, WritesTheAnswerToAFile) {

@@ -135,6 +135,29 @@ TEST_F(Replay, MovesTheReceiveSideOfAFollowerWithTheTableOfADuplexMaster) {
     EXPECT_EQ(find("A", 1, 0, transmit, 1)->to.rx, 1U);
 }
 
+TEST_F(Replay, LeavesTheReceiveSideOfAFollowerToTheReceiveTableOfASimplexMaster) {
+    engine.reg("A", "channel", "0x10").lane(0, "a", "b").lane(1, "c", "b");
+    const std::vector<ruleValue> values = {0x00U, 0x10U, 0x00U, 0x10U};
+    ratePairs(0, "A", values).ratePairs(1, "A", values).replay();
+    EXPECT_EQ(classAt("A", 1, 0, transmit, 1), "not looked at");
+    EXPECT_EQ(classAt("A", 1, 0, receive, 1), notInTable);
+}
+
+TEST_F(Replay, LeavesADuplexChannelToItsOwnTableThoughItFollowsToReceive) {
+    engine.reg("A", "channel", "0x10").lane(0, "a", "b").lane(1, "b", "b");
+    ratePairs(0, "A", {0x00U, 0x10U, 0x01U, 0x11U}).rates(1, "A", {0U, 1U}).replay();
+    EXPECT_EQ(classAt("A", 1, 0, receive, 1), "not looked at");
+    EXPECT_EQ(classAt("A", 1, 1, transmit, 1), replays);
+}
+
+TEST_F(Replay, BeginsOnlyWhereADuplexChannelCanBe) {
+    engine.reg("A", "channel", "0x10").lane(0, "a", "a").lane(1, "a", "a");
+    // Channel 1 has another value only where its directions are at different rates.
+    rates(0, "A", {1U, 2U}).ratePairs(1, "A", {7U, 8U, 8U, 7U}).replay();
+    EXPECT_EQ(classAt("A", 1, 0, transmit, 0), replays);
+    EXPECT_EQ(classAt("A", 1, 0, transmit, 1), replays);
+}
+
 // Bits that the table writes for others
 
 TEST_F(Replay, FindsTheReceiveClockControlOverwrittenByATransmitTable) {
@@ -224,6 +247,13 @@ TEST_F(Replay, FindsARegisterThatChangesInAFollowerOnlyInNoTable) {
     EXPECT_EQ(report.firstFailure(), nullptr);
     EXPECT_THAT(verdict(report), HasSubstr("No table is at fault, but not every register replays; "
                                            "the first is A of channel 1 at rate 0"));
+}
+
+TEST_F(Replay, FindsTheClockControlsOfAFollowerInNoTableRatherThanOverwritten) {
+    engine.reg("PIPE_CTRL_CFG7", "channel", "0x10").lane(0, "a", "a").lane(1, "a", "a");
+    rates(0, "PIPE_CTRL_CFG7", {0U, 0U}).rates(1, "PIPE_CTRL_CFG7", {0U, 1U}).replay();
+    EXPECT_EQ(classAt("PIPE_CTRL_CFG7", 0, 0, transmit, 1), replays);
+    EXPECT_EQ(classAt("PIPE_CTRL_CFG7", 1, 0, transmit, 1), notInTable);
 }
 
 TEST_F(Replay, FindsASharedRegisterThatATableOfOthersChangesInNoTable) {

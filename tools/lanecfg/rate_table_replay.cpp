@@ -24,7 +24,8 @@ Part partIn(const DecodedRateTable& table, const RateBody& body, unsigned channe
     if (owner.of(TableDirection::transmit).group.test(channel)) {
         return header.isDuplex ? Part::both : Part::transmit;
     }
-    return owner.isDuplex && followsReceive && !header.isDuplex ? Part::receive : Part::none;
+    // Not a duplex channel, which would follow the duplex owner in both directions.
+    return owner.isDuplex && followsReceive ? Part::receive : Part::none;
 }
 
 /// The pass in which a channel is when its part has moved to a rate; null when it ran none, or when
