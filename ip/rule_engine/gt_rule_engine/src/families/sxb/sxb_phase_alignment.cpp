@@ -99,9 +99,8 @@ class channel_positions {
 /// An intermediate lane relays towards the master: the upper lanes of the duals when the master is
 /// above, the lower ones when it is below.
 bool relays(unsigned int lane, const std::string& position) {
-    const bool isUpperLane = lane == 1 || lane == 3;
-    const bool isLowerLane = lane == 0 || lane == 2;
-    return (isUpperLane && position == "above") || (isLowerLane && position == "below");
+    const bool isUpperLane = lane % 2 == 1;
+    return position == (isUpperLane ? "above" : "below");
 }
 
 void rpllEnable(rule_declaration& rule) {
@@ -121,7 +120,7 @@ void rpllEnable(rule_declaration& rule) {
         const std::string& position = isCommon ? receivePosition() : transmitPosition();
         const channel_positions& channels = isCommon ? receiveChannels : transmitChannels;
         const bool isEnabled = position == "IM" || position == "single" ||
-                               (relays(lane(), position) && channels.isIntermediate(lane()));
+                               (channels.isIntermediate(lane()) && relays(lane(), position));
         return isEnabled ? 1U : 0U;
     });
 }

@@ -87,13 +87,13 @@ class receive_outclock {
 
 void outclockReport(rule_declaration& rule) {
     const receive_outclock clock(rule);
-    const auto clocksPerWord = rule.writes("RX_PHALIGN_CFG0.DAPI_BUFG_DIV");
     const auto frequency = rule.writes<double>("INT_RXOUTCLK_FREQ");
+    const auto clocksPerWord = rule.writes("RX_PHALIGN_CFG0.DAPI_BUFG_DIV");
     const auto referenceFrequency = rule.writes<double>("INT_RXOUTCLK_REFCLK_FREQ");
     const auto source = rule.writes<std::string>("INT_RXOUTCLK_REFCLK_SOURCE");
     rule.body([=] {
-        clocksPerWord.set(clock.clocksPerWord());
         frequency.set(clock.frequency());
+        clocksPerWord.set(clock.clocksPerWord());
         referenceFrequency.set(clock.referenceFrequency());
         source.set(clock.source());
     });

@@ -107,13 +107,13 @@ class transmit_outclock {
 
 void outclockReport(rule_declaration& rule) {
     const transmit_outclock clock(rule);
-    const auto clocksPerWord = rule.writes("TX_PHALIGN_CFG0.DAPI_BUFG_DIV");
     const auto frequency = rule.writes<double>("INT_TXOUTCLK_FREQ");
+    const auto clocksPerWord = rule.writes("TX_PHALIGN_CFG0.DAPI_BUFG_DIV");
     const auto referenceFrequency = rule.writes<double>("INT_TXOUTCLK_REFCLK_FREQ");
     const auto source = rule.writes<std::string>("INT_TXOUTCLK_REFCLK_SOURCE");
     rule.body([=] {
-        clocksPerWord.set(clock.clocksPerWord());
         frequency.set(clock.frequency());
+        clocksPerWord.set(clock.clocksPerWord());
         referenceFrequency.set(clock.referenceFrequency());
         source.set(clock.source());
     });
