@@ -1,6 +1,7 @@
 #include "families/sxb/sxb_pll_rules.h"
 #include "families/sxb/sxb_rx_rules.h"
 #include "families/sxb/sxb_tx_rules.h"
+#include "rate_table_replay.h"
 #include "support/reference_data.h"
 #include "sxb_expected_catalogue.h"
 
@@ -40,10 +41,10 @@ class SxbReferenceDatabase : public testing::Test {
   protected:
     void run(const userParamStore& params,
              const std::vector<ruleSet>& sets = {registerSxbRxRules, registerSxbTxRules,
-                                                 registerSxbPllRules}) {
-        engine = std::make_unique<gt_rule_engine>("SXB", std::vector<channelUsageInfo>(),
-                                                  loaded.m_paramTypes, params, loaded.m_fields,
-                                                  loaded.m_deviceData);
+                                                 registerSxbPllRules},
+             const std::vector<channelUsageInfo>& usage = {}) {
+        engine = std::make_unique<gt_rule_engine>("SXB", usage, loaded.m_paramTypes, params,
+                                                  loaded.m_fields, loaded.m_deviceData);
         for (const ruleSet registerRules : sets) {
             registerRules(*engine);
         }
@@ -243,6 +244,18 @@ class SxbReferenceDatabaseWithRandomRates : public SxbReferenceDatabase,
         return params;
     }
 
+    /// Rate groups of the channels, each the same in both directions.
+    std::vector<channelUsageInfo> groupsAtRandom() {
+        std::vector<channelUsageInfo> usage(1);
+        for (int channel = 0; channel < static_cast<int>(channels); ++channel) {
+            usage[0].tx.push_back(channel);
+            usage[0].txrate.push_back(boost::get<std::string>(oneOf({"a"s, "b"s, "c"s})));
+        }
+        usage[0].rx = usage[0].tx;
+        usage[0].rxrate = usage[0].txrate;
+        return usage;
+    }
+
     std::mt19937 random{GetParam()};
 };
 
@@ -271,6 +284,25 @@ TEST_P(SxbReferenceDatabaseWithRandomRates, FieldsDoNotDependOnTheOrderInWhichTh
     const std::vector<registerValues> values = allRegisterValues();
     run(rates, {registerSxbPllRules, registerSxbTxRules, registerSxbRxRules});
     EXPECT_EQ(allRegisterValues(), values);
+}
+
+TEST_P(SxbReferenceDatabaseWithRandomRates, RateTablesBringTheirOwnersToEveryRate) {
+    run(ratesAtRandom(), {registerSxbRxRules, registerSxbTxRules, registerSxbPllRules},
+        groupsAtRandom());
+    const tool::RateSnapshots snapshots = tool::takeSnapshots(*engine);
+    const tool::DecodedRateTable table =
+        tool::decodeRateTable(tool::rateTableWords(engine->generateRateTableInBinary()));
+    const tool::ReplayReport report =
+        tool::replayRateTable(table, tool::ControllerRegisters(loaded.m_fields), snapshots);
+    std::set<std::string> written;
+    for (const tool::ReplayFinding& finding : report.findings) {
+        if (finding.isOwn() && finding.outcome != tool::ReplayClass::overwrittenByAdjustment) {
+            EXPECT_EQ(finding.outcome, tool::ReplayClass::replays) << finding.name;
+            written.insert(finding.name);
+        }
+    }
+    // Two random rates have more to change than the register that every table holds.
+    EXPECT_GT(written.size(), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, SxbReferenceDatabaseWithRandomRates, testing::Range(1U, 13U));
