@@ -2,6 +2,7 @@
 
 #include <lanecfg/rule_engine_utilities.h>
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -42,6 +43,15 @@ const std::vector<int>& lanesOf(const channelUsageInfo& channel, laneDirection d
     return direction == laneDirection::transmit ? channel.tx : channel.rx;
 }
 
+bool hasLane(const channelUsageInfo& channel, laneDirection direction, int lane) {
+    const std::vector<int>& lanes = lanesOf(channel, direction);
+    return std::find(lanes.begin(), lanes.end(), lane) != lanes.end();
+}
+
+std::string dualName(int dual) {
+    return "DUAL_" + std::to_string(dual);
+}
+
 const std::string& ratePinOf(const channelUsageInfo& channel, laneDirection direction,
                              std::size_t position) {
     const std::vector<std::string>& pins =
@@ -60,12 +70,12 @@ laneParameters::laneParameters(const userParamStore& store, laneDirection direct
       slot_(slot),
       values_(&valuesOf(store, direction, lane, slot)) {}
 
-const ruleValue& laneParameters::valueOf(const std::string& name) const {
-    const auto found = values_->find(name);
-    if (found == values_->end()) {
-        throw std::out_of_range(name + " is missing in " + place());
-    }
-    return found->second;
+std::string laneParameters::nameWith(const char* ending) const {
+    return wordOf(direction_) + std::string(ending);
+}
+
+void laneParameters::throwMissing(const std::string& name) const {
+    throw std::out_of_range(name + " is missing in " + place());
 }
 
 void laneParameters::throwWrongType(const std::string& name) const {

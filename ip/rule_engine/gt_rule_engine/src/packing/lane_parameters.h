@@ -24,6 +24,9 @@ const char* wordOf(laneDirection direction);
 /// Lanes of a usage record in one direction.
 const std::vector<int>& lanesOf(const channelUsageInfo& channel, laneDirection direction);
 
+/// Whether a usage record has a lane in one direction.
+bool hasLane(const channelUsageInfo& channel, laneDirection direction, int lane);
+
 /// Name of the rate pin at a position of the lanes. Throws std::out_of_range without one.
 const std::string& ratePinOf(const channelUsageInfo& channel, laneDirection direction,
                              std::size_t position);
@@ -45,6 +48,9 @@ inline int dualOf(int lane) {
     return lane > 1 ? 1 : 0;
 }
 
+/// Name of a dual in the tables of the packing.
+std::string dualName(int dual);
+
 /// User parameters of a lane and direction at one rate slot.
 class laneParameters {
   public:
@@ -55,16 +61,31 @@ class laneParameters {
     /// is missing and std::invalid_argument when it has another type.
     template <class T>
     const T& get(const char* ending) const {
-        const std::string name = wordOf(direction_) + std::string(ending);
-        const T* const value = boost::get<T>(&valueOf(name));
+        const T* const value = find<T>(ending);
         if (value == nullptr) {
-            throwWrongType(name);
+            throwMissing(nameWith(ending));
         }
         return *value;
     }
 
+    /// The same, null when it is missing.
+    template <class T>
+    const T* find(const char* ending) const {
+        const std::string name = nameWith(ending);
+        const auto found = values_->find(name);
+        if (found == values_->end()) {
+            return nullptr;
+        }
+        const T* const value = boost::get<T>(&found->second);
+        if (value == nullptr) {
+            throwWrongType(name);
+        }
+        return value;
+    }
+
   private:
-    const ruleValue& valueOf(const std::string& name) const;
+    std::string nameWith(const char* ending) const;
+    [[noreturn]] void throwMissing(const std::string& name) const;
     [[noreturn]] void throwWrongType(const std::string& name) const;
     std::string place() const;
 

@@ -17,12 +17,8 @@ constexpr double lowerPairRate = 10.3125;
 constexpr double upperPairRate = 25.78125;
 constexpr double pairRefclk = 161.1328125;
 
-bool contains(const std::vector<int>& lanes, int lane) {
-    return std::find(lanes.begin(), lanes.end(), lane) != lanes.end();
-}
-
 std::string dualNameOf(int lane) {
-    return "DUAL_" + std::to_string(dualOf(lane));
+    return dualName(dualOf(lane));
 }
 
 void addDistinct(std::vector<double>& clocks, double clock) {
@@ -127,7 +123,7 @@ class candidateTable {
         bool hasLower = false;
         bool hasUpper = false;
         for (const laneDirection direction : laneDirections) {
-            if (!contains(lanesOf(channel, direction), lane)) {
+            if (!hasLane(channel, direction, lane)) {
                 continue;
             }
             for (const int slot : channel.rates) {

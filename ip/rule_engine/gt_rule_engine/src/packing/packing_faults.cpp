@@ -8,7 +8,7 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr const char* sourceFile = "ip/rule_engine/gt_rule_engine/src/gt_quad_packing";
+constexpr const char* packingSourceFile = "ip/rule_engine/gt_rule_engine/src/gt_quad_packing";
 /// What a host looks for in the answers when it wants no messages.
 constexpr const char* silentText = "ERROR caught";
 
@@ -25,9 +25,13 @@ void addPackingMessages(packingMessages& messages, const packingMessages& added)
     }
 }
 
-void showPackingFault(const char* format, const std::exception& fault, int line) {
+void showFault(const char* format, const std::exception& fault, int line, const char* sourceFile) {
     const std::string text = (boost::format(format) % fault.what() % line % sourceFile).str();
     rule_engine_utilities::addMessage(text, "error");
+}
+
+void showPackingFault(const char* format, const std::exception& fault, int line) {
+    showFault(format, fault, line, packingSourceFile);
 }
 
 void reportPackingFault(const char* format, const std::exception& fault, int line, bool logErrors,

@@ -19,7 +19,11 @@ void addPackingMessage(packingMessages& messages, const std::string& text);
 /// Enters several texts in their order.
 void addPackingMessages(packingMessages& messages, const packingMessages& added);
 
-/// Tells the user of a fault, with the source line at which it was caught.
+/// Tells the user of a fault, with the source line at which it was caught and the source file by
+/// which users know the operation.
+void showFault(const char* format, const std::exception& fault, int line, const char* sourceFile);
+
+/// The same for an operation of the packing.
 void showPackingFault(const char* format, const std::exception& fault, int line);
 
 /// Tells of a fault in the way that the caller of the operation wants.

@@ -22,11 +22,21 @@ void enterIfUnset(gt_rule_engine& engine, const std::string& name, const ruleVal
 
 }  // namespace
 
-void enterSxbPllStartValues(gt_rule_engine& engine) {
+std::map<std::string, ruleValue> sxbPassStartValues() {
+    std::map<std::string, ruleValue> values;
     for (const std::string pll : {"LCPLL", "RPLL"}) {
         for (const std::string side : {"TX_", "RX_"}) {
-            enterIfUnset(engine, side + pll + "_PLLCLKOUT_FREQ_VECTOR", std::vector<double>());
+            values[side + pll + "_PLLCLKOUT_FREQ_VECTOR"] = std::vector<double>();
         }
+    }
+    return values;
+}
+
+void enterSxbPllStartValues(gt_rule_engine& engine) {
+    for (const auto& [name, value] : sxbPassStartValues()) {
+        enterIfUnset(engine, name, value);
+    }
+    for (const std::string pll : {"LCPLL", "RPLL"}) {
         enterIfUnset(engine, "INT_" + pll + "_REF_DIV", 1U);
         enterIfUnset(engine, "INT_" + pll + "_FBDIV", idleFeedbackDivider);
         enterIfUnset(engine, "INT_" + pll + "_PLLCLKOUT", 0.0);

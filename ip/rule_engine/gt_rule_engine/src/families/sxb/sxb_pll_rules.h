@@ -4,11 +4,18 @@
 
 #include <lanecfg/gt_rule_engine.h>
 
+#include <map>
+#include <string>
+
 namespace sable_lanecfg {
 
 /// The rules beside the PLL catalogue. Families that differ in a few rules edit the result. The
 /// LCPLL solver reads the engine's settings.
 logicRules sxbPllLogicRules(const gt_rule_engine& engine);
+
+/// Values that every pass starts with: no candidate clocks for either PLL of either direction, so
+/// that a PLL that a rate does not use keeps the solution of the pass before.
+std::map<std::string, ruleValue> sxbPassStartValues();
 
 /// Enters what an idle PLL holds before the first pass, where a variable is absent or blank: no
 /// candidate clocks, and solver results that stay until a pass solves the PLL.
