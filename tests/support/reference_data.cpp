@@ -58,6 +58,20 @@ nlohmann::json referenceFile(const std::string& family, const std::string& file)
     return parsed(referencePath(family, file));
 }
 
+sable_lanecfg::gt_db_load referenceDatabase(const std::string& family) {
+    // A section without lanes is the smallest set of user parameters that loads.
+    const sable_lanecfg::userParamMap noLanes{{"TX_SETTINGS", {}}};
+    return {{},
+            noLanes,
+            {},
+            {},
+            referencePath(family, "parameters.json"),
+            "",
+            referencePath(family, "registers.json"),
+            referencePath(family, "device.json"),
+            ""};
+}
+
 std::vector<std::string> bundledRequests() {
     return requestsIn("");
 }

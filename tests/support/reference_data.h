@@ -1,5 +1,7 @@
 #pragma once
 
+#include <lanecfg/gt_db_load.h>
+
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
@@ -19,6 +21,9 @@ std::string referencePath(const std::string& family, const std::string& file);
 
 /// Parsed content of a file of a family in the reference database.
 nlohmann::json referenceFile(const std::string& family, const std::string& file);
+
+/// The reference database of a family as the library loads it, with a request that gives no lane.
+sable_lanecfg::gt_db_load referenceDatabase(const std::string& family);
 
 /// Names of the bundled requests, without folder and ending.
 std::vector<std::string> bundledRequests();

@@ -26,7 +26,7 @@ namespace {
 
 using lanecfg_test::ExpectedField;
 using lanecfg_test::expectedSxbFields;
-using lanecfg_test::referencePath;
+using lanecfg_test::referenceDatabase;
 using testing::SizeIs;
 using namespace std::string_literals;
 
@@ -90,15 +90,7 @@ class SxbReferenceDatabase : public testing::Test {
         }
     }
 
-    const gt_db_load loaded{{},
-                            userParamMap{{"TX_SETTINGS", {}}},
-                            {},
-                            {},
-                            referencePath("SXB", "parameters.json"),
-                            "",
-                            referencePath("SXB", "registers.json"),
-                            referencePath("SXB", "device.json"),
-                            ""};
+    const gt_db_load loaded = referenceDatabase("SXB");
     std::unique_ptr<gt_rule_engine> engine;
 
   private:

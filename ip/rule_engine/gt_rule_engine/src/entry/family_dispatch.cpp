@@ -1,4 +1,5 @@
 #include "families/sxa/lane_cfg_sxa_instance.h"
+#include "families/sxb/lane_cfg_sxb_instance.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
@@ -35,8 +36,9 @@ Frame* make(Arguments... arguments) {
     return new Family(std::forward<Arguments>(arguments)...);
 }
 
-constexpr familyTable<lane_cfg_instance, 1> liveFamilies{
-    {{"SXA", make<lane_cfg_instance, lane_cfg_sxa_instance>}}};
+constexpr familyTable<lane_cfg_instance, 2> liveFamilies{
+    {{"SXB", make<lane_cfg_instance, lane_cfg_sxb_instance>},
+     {"SXA", make<lane_cfg_instance, lane_cfg_sxa_instance>}}};
 
 constexpr familyTable<lane_cfg_instance_iter_stable, 0> stableFamilies{};
 
