@@ -190,6 +190,7 @@ INSTANTIATE_TEST_SUITE_P(
         FreeCase{"TheHighestDoubledReference", 6.4375, 400.0, {1, 8, 0, 786432, 1}},
         // 16.125, not halved.
         FreeCase{"AReferenceTooFastToDouble", 8.0625, 500.0, {1, 16, 0, 2097152, 0}},
+        FreeCase{"AReferenceJustTooFastToDouble", 6.579, 408.0, {1, 16, 0, 2097152, 0}},
         // 4.125: twice the whole part is a divider, the fraction is that of the ratio itself.
         FreeCase{"AFractionAndTheReferenceOverTwo", 4.125, 1000.0, {2, 8, 0, 2097152, 0}}),
     [](const auto& row) { return row.param.name; });

@@ -20,6 +20,7 @@ RuleCase wordDividerCase(unsigned int width, double divider, unsigned int value)
 INSTANTIATE_TEST_SUITE_P(OfTheInterpolatorDivider, SxbLaneRule,
                          testing::Values(wordDividerCase(16, 1.0, 8), wordDividerCase(80, 2.5, 100),
                                          wordDividerCase(20, 16.0, 160),
+                                         wordDividerCase(80, 32.0, 1280),
                                          wordDividerCase(33, 1.0, 16), wordDividerCase(0, 4.0, 0),
                                          wordDividerCase(32, infinity, 0),
                                          wordDividerCase(32, -1.0, 0)),
