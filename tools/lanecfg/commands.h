@@ -18,6 +18,7 @@ using Work = std::function<ExitCode(Console&)>;
 /// Each of these adds one subcommand to the program. When the command line chooses it, its work
 /// is put into `chosen`.
 void addAttributesCommand(CLI::App& program, Work& chosen);
+void addOutclkCommand(CLI::App& program, Work& chosen);
 void addSnapshotCommand(CLI::App& program, Work& chosen);
 void addLogCommand(CLI::App& program, Work& chosen);
 void addMemoryCommand(CLI::App& program, Work& chosen);

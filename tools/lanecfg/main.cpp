@@ -14,6 +14,7 @@ using sable_lanecfg::tool::Work;
 void addCommands(CLI::App& program, Work& chosen) {
     using namespace sable_lanecfg::tool;
     addAttributesCommand(program, chosen);
+    addOutclkCommand(program, chosen);
     addSnapshotCommand(program, chosen);
     addLogCommand(program, chosen);
     addMemoryCommand(program, chosen);
