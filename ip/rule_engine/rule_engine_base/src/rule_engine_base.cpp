@@ -61,6 +61,7 @@ struct rule_engine_base::ruleGraph {
 
     knownVariable enter(variableMap& variables, const std::string& name, varInfo&& info);
     variable* find(variableMap& variables, const std::string& name) const;
+    vertex inputVertex(variableMap& variables, const std::string& name, vertex& known);
     void connect(vertex input, vertex output);
     void sort();
     ruleInfo& ruleOf(int number);
@@ -116,6 +117,20 @@ variable* rule_engine_base::ruleGraph::find(variableMap& variables, const std::s
     }
     const auto node = variables.find(name);
     return node == variables.end() ? nullptr : &*node;
+}
+
+/// Vertex of an input, kept in `known` once it is one. What has none yet is asked for again, for it
+/// is then whatever vertex comes next.
+vertex rule_engine_base::ruleGraph::inputVertex(variableMap& variables, const std::string& name,
+                                                vertex& known) {
+    if (known != name_index::none) {
+        return known;
+    }
+    const vertex index = enter(variables, name, varInfo()).index;
+    if (index < vertexCount()) {
+        known = index;
+    }
+    return index;
 }
 
 void rule_engine_base::ruleGraph::connect(vertex input, vertex output) {
@@ -222,11 +237,13 @@ std::string rule_engine_base::getValAsString(std::map<std::string, varInfo>& var
 void rule_engine_base::rule(const std::vector<std::string>& inputs,
                             std::vector<std::string> outputs, std::function<void()> body) {
     const int number = static_cast<int>(graph->rules.size());
+    // An input is looked up for the first output; its vertex is the same for all others.
+    std::vector<vertex> inputVertices(inputs.size(), name_index::none);
     for (const std::string& output : outputs) {
         const auto written = graph->enter(varMap, output, varInfo());
         written.held->second.ruleNumber = number;
-        for (const std::string& input : inputs) {
-            graph->connect(graph->enter(varMap, input, varInfo()).index, written.index);
+        for (std::size_t i = 0; i < inputs.size(); ++i) {
+            graph->connect(graph->inputVertex(varMap, inputs[i], inputVertices[i]), written.index);
         }
     }
     if (outputs.empty()) {

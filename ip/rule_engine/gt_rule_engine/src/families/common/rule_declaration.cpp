@@ -10,11 +10,12 @@ namespace {
 /// Enters the names as `rule_engine_base::rule` is going to, so that every variable has the vertex
 /// that it would get there.
 void enterVariables(rule_engine_base& engine, const ruleSignature& names) {
+    engine.enterVariable(names.outputs.front());
+    for (const std::string& input : names.inputs) {
+        engine.enterVariable(input);
+    }
     for (const std::string& output : names.outputs) {
-        engine.addVertex(output, varInfo());
-        for (const std::string& input : names.inputs) {
-            engine.addVertex(input, varInfo());
-        }
+        engine.enterVariable(output);
     }
 }
 
