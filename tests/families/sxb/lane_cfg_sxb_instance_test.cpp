@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -300,6 +301,81 @@ TEST_F(SxbInstance, PassesOnTheExceptionOfARule) {
     request.parametersAt(transmit, 0)["TX_LINE_RATE"] = 10U;
     EXPECT_THROW(made(request), boost::bad_get);
 }
+
+/// Lanes used or not at random, each with rates, PLLs and sources of its own.
+class SxbInstanceOfRandomLanes : public SxbInstance,
+                                 public testing::WithParamInterface<unsigned int> {
+  protected:
+    template <class Element>
+    Element oneOf(const std::vector<Element>& elements) {
+        return elements[std::uniform_int_distribution<std::size_t>(0, elements.size() - 1)(random)];
+    }
+
+    RateSettings randomRate(int lane) {
+        RateSettings settings = rateOf(
+            oneOf<double>({2.5, 5.0, 10.3125, 12.5, 16.0}), oneOf<std::string>({"LCPLL", "RPLL"}),
+            oneOf<double>({100.0, 125.0, 156.25}), oneOf<std::string>({"R0", "R1"}));
+        // Lanes of different groups need not agree with each other.
+        settings.group = std::to_string(lane);
+        return settings;
+    }
+
+    PackingRequest randomRequest() {
+        PackingRequest request;
+        for (int lane = 0; lane < 4; ++lane) {
+            const auto rates = oneOf<int>({0, 1, 2, 3});
+            std::vector<RateSettings> settings;
+            for (int rate = 0; rate < rates; ++rate) {
+                settings.push_back(randomRate(lane));
+            }
+            if (!settings.empty()) {
+                request.addBoth(lane, settings, "PIN" + std::to_string(lane));
+            }
+        }
+        return request;
+    }
+
+    static std::vector<double> frequencies(const variableMap& pass, const std::string& side,
+                                           const std::string& pll) {
+        return boost::get<std::vector<double>>(
+            pass.at(side + "_" + pll + "_PLLCLKOUT_FREQ_VECTOR").value);
+    }
+
+    /// A lane in use has a running PLL at one of its frequencies; an idle lane asks for none.
+    static void expectPllOf(const variableMap& pass, const std::string& side) {
+        const auto pll = boost::get<std::string>(pass.at(side + "_PLL_TYPE").value);
+        const bool inUse = boost::get<bool>(pass.at(side + "_IN_USE").value);
+        const std::vector<double> candidates = frequencies(pass, side, pll);
+        EXPECT_EQ(candidates.empty(), !inUse);
+        EXPECT_EQ(boost::get<bool>(pass.at(side + "_" + pll + "_POWERDOWN").value), !inUse);
+        if (inUse) {
+            EXPECT_THAT(
+                candidates,
+                testing::Contains(boost::get<double>(pass.at("INT_" + pll + "_PLLCLKOUT").value)));
+        }
+    }
+
+    std::mt19937 random{GetParam()};
+};
+
+TEST_P(SxbInstanceOfRandomLanes, RunsThePllsOfItsLanesAlone) {
+    const auto instance = made(randomRequest());
+    for (const auto& passes : instance->blockVarMap) {
+        for (const variableMap& pass : passes) {
+            expectPllOf(pass, "TX");
+            expectPllOf(pass, "RX");
+        }
+    }
+}
+
+TEST_P(SxbInstanceOfRandomLanes, AnswersTheSameEachTime) {
+    const PackingRequest request = randomRequest();
+    const auto attributes = made(request)->getAttributes();
+    EXPECT_EQ(made(request)->getAttributes(), attributes);
+    EXPECT_EQ(made(request)->getOutClkFrequencies(), made(request)->getOutClkFrequencies());
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, SxbInstanceOfRandomLanes, testing::Range(0U, 12U));
 
 }  // namespace
 }  // namespace sable_lanecfg
