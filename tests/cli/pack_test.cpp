@@ -105,6 +105,41 @@ TEST_F(PackCommand, TellsOfASourceMismatch) {
                   {"reason", sentenceOf(sourceMismatchText("RPLL", 1))}});
 }
 
+TEST_F(PackCommand, NamesTheRatesBehindAnEntryThatNoLaneUses) {
+    // Slot 0 has a copy of the candidates of slot 1, so both have no common frequency.
+    request.add(transmit, 0, {rateOf(10.3125), rateOf(10.3125)})
+        .add(transmit, 1, {rateOf(25.78125), rateOf(25.78125)});
+    json content = request.fileForm();
+    for (json& lane : content["laneUsage"]) {
+        lane["rates"] = {1};
+    }
+    const ProgramResult result = packForm(content, {"--format", "json"});
+    EXPECT_EQ(result.exitCode, 1) << result.errors;
+    const json reasons = json::parse(result.output)["reasons"];
+    ASSERT_EQ(reasons.size(), 2U) << reasons;
+    for (const json& reason : reasons) {
+        EXPECT_EQ(reason["lanes"], json({0, 1}));
+        EXPECT_EQ(reason["tx_rates"], json({1}));
+    }
+}
+
+/// A word for a PLL that no quad has.
+class PllWord : public PackCommand, public testing::WithParamInterface<std::string> {};
+
+TEST_P(PllWord, OfAnyFormIsNamedWithItsLanes) {
+    request.add(transmit, 0, {rateOf(10.3125, GetParam())});
+    const json reasons = answer(1)["reasons"];
+    ASSERT_FALSE(reasons.empty());
+    EXPECT_EQ(reasons[0]["level"], "dual");
+    EXPECT_EQ(reasons[0]["pll"], GetParam());
+    EXPECT_EQ(reasons[0]["lanes"], json({0}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, PllWord,
+                         testing::Values("A PLL", "A\nPLL", " used in lanes 2",
+                                         std::string(100'000, 'X')),
+                         [](const auto& test) { return "Word" + std::to_string(test.index); });
+
 TEST_F(PackCommand, TellsOfMoreThanSixConnections) {
     std::vector<RateSettings> rates;
     const std::vector<double> clocks{100.0, 125.0, 156.25, 200.0, 250.0, 312.5};

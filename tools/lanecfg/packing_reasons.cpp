@@ -2,11 +2,15 @@
 
 #include "packing_view.h"
 
+#include <boost/algorithm/string/erase.hpp>
 #include <boost/algorithm/string/join.hpp>
+#include <boost/algorithm/string/predicate.hpp>
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <regex>
+#include <string_view>
 
 namespace sable_lanecfg::tool {
 namespace {
@@ -19,16 +23,34 @@ struct Sentence {
     std::string text;
 };
 
+// The library's texts hold words of the user, of any length and with any characters, so nothing of
+// them is matched against a pattern.
+
 Sentence sentenceOf(const std::string& message) {
-    static const std::regex form("(Channel|Dual|Quad)LevelCheck: (.*)\n");
-    std::smatch parts;
-    if (!std::regex_match(message, parts, form)) {
-        return {levels.back(), message};
+    for (const std::string& level : levels) {
+        std::string start = level + "LevelCheck: ";
+        start.front() = static_cast<char>(start.front() - 'a' + 'A');
+        if (boost::algorithm::starts_with(message, start)) {
+            std::string text = message.substr(start.size());
+            boost::algorithm::erase_last(text, "\n");
+            return {level, text};
+        }
     }
-    std::string level = parts[1];
-    level.front() = static_cast<char>(level.front() - 'A' + 'a');
-    return {level, parts[2]};
+    return {levels.back(), message};
 }
+
+/// How the texts about a dual begin, up to the word of the PLL, and the row that they are about.
+/// The first one is about one rate.
+struct DualSentence {
+    const char* start;
+    const char* row;
+};
+
+constexpr std::array<DualSentence, 3> dualSentences{
+    {{"Cannot be packed because there is no VCO frequency solution for the ", "pllClkFreqs"},
+     {"Cannot be packed because the reference clock frequencies connected to the ", "refclk_valid"},
+     {"Cannot be packed because the reference clock sources connected to the ",
+      "refclkSourcesValid"}}};
 
 /// A lane whose transmitter and receiver disagree at a rate each.
 void concernLane(PackingReason& reason) {
@@ -69,32 +91,35 @@ void concernEntries(const PllView& view, const std::string& row, const IsConcern
     }
 }
 
+/// The rate that a text ends with, -1 where it names none.
+int rateAtTheEnd(const std::string& text) {
+    const std::string mark = " at rate ";
+    const std::size_t at = text.rfind(mark);
+    return at == std::string::npos ? -1 : std::atoi(text.c_str() + at + mark.size());
+}
+
 /// Lanes of a dual that leave their PLL no frequency, or no common reference clock.
 void concernDual(const gt_quad_packing& packing, PackingReason& reason) {
-    static const std::regex form(
-        "(no VCO frequency|clock frequencies|clock sources) .* the ([^ ]*) used in lanes ([02]) "
-        "and/or [13](?: at rate ([0-9]+))?.*");
-    std::smatch parts;
-    if (!std::regex_search(reason.text, parts, form)) {
+    const auto* const sentence = std::find_if(
+        dualSentences.begin(), dualSentences.end(), [&reason](const DualSentence& known) {
+            return boost::algorithm::starts_with(reason.text, known.start);
+        });
+    const std::string lanesMark = " used in lanes ";
+    const std::size_t lanesAt = reason.text.rfind(lanesMark);
+    if (sentence == dualSentences.end() || lanesAt == std::string::npos) {
         return;
     }
-    reason.pll = parts[2];
-    const std::string dual = parts[3] == "0" ? "DUAL_0" : "DUAL_1";
+    const std::size_t pllAt = std::string_view(sentence->start).size();
+    reason.pll = reason.text.substr(pllAt, lanesAt - pllAt);
+    const std::string dual = reason.text[lanesAt + lanesMark.size()] == '0' ? "DUAL_0" : "DUAL_1";
+    const auto isAtFault = [sentence, rate = rateAtTheEnd(reason.text)](
+                               int entry, const std::vector<double>& values) {
+        return sentence == dualSentences.begin() ? entry == rate && values.empty()
+                                                 : !values.empty() && values.front() != 1.0;
+    };
     for (const PllView& view : pllViews(packing)) {
-        if (view.dual != dual || view.pll != reason.pll) {
-            continue;
-        }
-        if (parts[4].matched) {
-            const int rate = std::stoi(parts[4]);
-            concernEntries(
-                view, "pllClkFreqs",
-                [rate](int entry, const auto& values) { return entry == rate && values.empty(); },
-                reason);
-        } else {
-            concernEntries(
-                view, parts[1] == "clock sources" ? "refclkSourcesValid" : "refclk_valid",
-                [](int, const auto& values) { return !values.empty() && values.front() != 1.0; },
-                reason);
+        if (view.dual == dual && view.pll == reason.pll) {
+            concernEntries(view, sentence->row, isAtFault, reason);
         }
     }
 }

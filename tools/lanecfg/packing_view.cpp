@@ -2,6 +2,7 @@
 
 #include <boost/algorithm/string/join.hpp>
 
+#include <iterator>
 #include <vector>
 
 namespace sable_lanecfg::tool {
@@ -175,7 +176,13 @@ bool PllView::isIndependent() const {
 }
 
 std::set<int> PllView::slotsOf(int entry) const {
-    return isIndependent() ? usedSlots(*this) : std::set<int>{entry};
+    const std::set<int> used = usedSlots(*this);
+    if (isIndependent() || used.empty()) {
+        return used;
+    }
+    // An entry that no lane uses is a copy of the one before it, or else of the first.
+    const auto next = used.upper_bound(entry);
+    return {next == used.begin() ? *next : *std::prev(next)};
 }
 
 std::vector<PllView> pllViews(const gt_quad_packing& packing) {

@@ -85,6 +85,12 @@ TEST(SxbRateGroups, HaveASlotForEachRateOfTheLanesRecord) {
                 ElementsAre(Pair(0, "B"), Pair(1, "B"), Pair(2, "B")));
 }
 
+TEST(SxbRateGroups, StandAtTheSlotsThatTheRecordNames) {
+    const rateGroupTable groups =
+        rateGroupsOf({record("A", {}, {}, {0}), record("B", {2}, {}, {2})}, "SXB");
+    EXPECT_THAT(groups.at(transmitSide).at(2), ElementsAre(Pair(0, "A"), Pair(2, "B")));
+}
+
 TEST(SxbRateGroups, OfALaneInSeveralRecordsAreThatOfTheLastWithTheSlot) {
     const rateGroupTable groups =
         rateGroupsOf({record("A", {0}, {}, {0, 1}), record("B", {0}, {}, {0})}, "SXB");

@@ -46,8 +46,9 @@ rateGroupTable rateGroupsOf(const std::vector<channelUsageInfo>& usage, const st
     for (const channelUsageInfo& record : usage) {
         for (const laneDirection direction : laneDirections) {
             for (const int lane : lanesOf(record, direction)) {
-                enterGroup(groups, direction, lane, static_cast<int>(record.rates.size()),
-                           record.group);
+                for (const int slot : record.rates) {
+                    groups[static_cast<int>(direction)][lane][slot] = record.group;
+                }
             }
         }
     }
