@@ -24,7 +24,8 @@ TEST_F(CommandLine, TellsItsVersion) {
 }
 
 std::vector<std::string> requestSubcommands() {
-    return {"attributes", "outclk", "snapshot", "log", "memory", "rate-table", "update-elf", "pack"};
+    return {"attributes", "outclk",     "snapshot",   "log",
+            "memory",     "rate-table", "update-elf", "pack"};
 }
 
 std::vector<std::string> databaseSubcommands() {

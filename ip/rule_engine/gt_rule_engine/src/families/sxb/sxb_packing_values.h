@@ -4,9 +4,9 @@
 
 namespace sable_lanecfg {
 
-/// Packs the channels of the engine into the quad and takes the outcome: the messages, which wait in
-/// `packedChannels`, and the frequencies and reference clocks that are left of each PLL. Of a fault
-/// the user is told.
+/// Packs the channels of the engine into the quad and takes the outcome: the messages, which wait
+/// in `packedChannels`, and the frequencies and reference clocks that are left of each PLL. Of a
+/// fault the user is told.
 void takePacking(gt_rule_engine& engine);
 
 /// Enters what the packing found into the user parameters of every lane, direction and rate that
