@@ -23,7 +23,7 @@ CLI::Option* addListOption(CLI::App& command, const std::string& name, std::vect
 template <class Options, class AddOptions, class Run>
 void addSubcommand(CLI::App& program, Work& chosen, const std::string& name,
                    const std::string& description, const std::string& example,
-                   const AddOptions& addOptions, const Run& run) {
+                   const AddOptions& addOptions, Run run) {
     CLI::App& command = *program.add_subcommand(name, description);
     command.footer("Example:\n  " + example);
     const auto options = std::make_shared<Options>();
