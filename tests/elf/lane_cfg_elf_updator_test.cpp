@@ -56,8 +56,8 @@ TEST(ElfUpdatorConstructor, ReplacesALongerTableOfAnEarlierRun) {
 }
 
 TEST(ElfUpdatorConstructor, PassesOverATableFileThatCantBeWritten) {
-    const lane_cfg_elf_updator updator("quad", table, "firmware.elf", "/nowhere/work");
-    EXPECT_EQ(updator.rateTableFile, "/nowhere/work/rate_table.txt");
+    const lane_cfg_elf_updator updator("quad", table, "firmware.elf", "/nowhere/folder");
+    EXPECT_EQ(updator.rateTableFile, "/nowhere/folder/rate_table.txt");
     EXPECT_FALSE(fs::exists("/nowhere"));
 }
 
