@@ -12,7 +12,7 @@ using lanecfg_test::bundledRequest;
 using lanecfg_test::bundledRequests;
 using lanecfg_test::isDictionaryForm;
 using lanecfg_test::referenceFile;
-using lanecfg_test::requestPath;
+using lanecfg_test::requestPagePath;
 using nlohmann::json;
 
 /// One direction of a request as lanes of rates, whatever the form.
@@ -36,9 +36,8 @@ class EveryRequest : public testing::TestWithParam<std::string> {
     const std::string family = request.at("family").get<std::string>();
 };
 
-TEST_P(EveryRequest, HasACommentFileAndSaysWhatItIs) {
-    EXPECT_TRUE(std::filesystem::exists(
-        std::filesystem::path(requestPath(GetParam())).replace_extension(".md")));
+TEST_P(EveryRequest, HasAPageAndSaysWhatItIs) {
+    EXPECT_TRUE(std::filesystem::exists(requestPagePath(GetParam())));
     EXPECT_FALSE(request.at("description").get<std::string>().empty());
     EXPECT_FALSE(request.at("selector").get<std::string>().empty());
 }

@@ -84,6 +84,10 @@ std::string requestPath(const std::string& name) {
     return (dataFolder() / "requests" / (name + ".json")).string();
 }
 
+std::string requestPagePath(const std::string& name) {
+    return (dataFolder().parent_path() / "docs" / "requests" / (name + ".md")).string();
+}
+
 nlohmann::json bundledRequest(const std::string& name) {
     return parsed(requestPath(name));
 }

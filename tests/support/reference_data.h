@@ -34,6 +34,9 @@ std::vector<std::string> packRequests();
 /// Path of a bundled request.
 std::string requestPath(const std::string& name);
 
+/// Path of the page that explains a bundled request.
+std::string requestPagePath(const std::string& name);
+
 /// Parsed content of a bundled request.
 nlohmann::json bundledRequest(const std::string& name);
 
