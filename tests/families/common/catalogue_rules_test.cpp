@@ -35,6 +35,17 @@ class small_engine : public gt_rule_engine {
     }
 };
 
+/// A rule that its output tells apart.
+ruleDeclarer declaringOutput(const std::string& output) {
+    return [output](rule_declaration& rule) { rule.writes(output); };
+}
+
+std::vector<std::string> outputsOf(const logicRules& rules, const std::string& name) {
+    rule_declaration declaration;
+    ruleBeside(rules, name)(declaration);
+    return declaration.signature().outputs;
+}
+
 class CatalogueRules : public testing::Test {
   protected:
     unsigned int value(const std::string& name) { return engine.getVal<unsigned int>(name); }
@@ -214,6 +225,47 @@ TEST_F(CatalogueRules, ARuleThatDoesNotWriteItsOwnFieldIsRefused) {
 TEST_F(CatalogueRules, ASharedFieldThatNoRuleWritesIsRefused) {
     EXPECT_THAT(refusalOf({fieldsOnly("LINK_CFG", {shared("WIDTH", "width search")})}, {}),
                 HasSubstr("LINK_CFG.WIDTH"));
+}
+
+TEST(LogicRuleEdits, AnAddedRuleStandsBesideTheOthers) {
+    logicRules rules{{"CLOCK_CFG.SOURCE", declaringOutput("present")}};
+    addRule(rules, "CLOCK_CFG.ENABLE", declaringOutput("added"));
+    EXPECT_EQ(outputsOf(rules, "CLOCK_CFG.SOURCE"), std::vector<std::string>{"present"});
+    EXPECT_EQ(outputsOf(rules, "CLOCK_CFG.ENABLE"), std::vector<std::string>{"added"});
+}
+
+TEST(LogicRuleEdits, AReplacedRuleTakesThePlaceOfTheOther) {
+    logicRules rules{{"CLOCK_CFG.SOURCE", declaringOutput("present")}};
+    replaceRule(rules, "CLOCK_CFG.SOURCE", declaringOutput("replaced"));
+    EXPECT_EQ(outputsOf(rules, "CLOCK_CFG.SOURCE"), std::vector<std::string>{"replaced"});
+    EXPECT_EQ(rules.size(), 1U);
+}
+
+TEST(LogicRuleEdits, ARemovedRuleIsGone) {
+    logicRules rules{{"CLOCK_CFG.SOURCE", declaringOutput("present")},
+                     {"CLOCK_CFG.ENABLE", declaringOutput("other")}};
+    removeRule(rules, "CLOCK_CFG.SOURCE");
+    EXPECT_EQ(rules.count("CLOCK_CFG.SOURCE"), 0U);
+    EXPECT_EQ(rules.count("CLOCK_CFG.ENABLE"), 1U);
+}
+
+TEST(LogicRuleEdits, ASlipInADifferenceIsRefusedByName) {
+    logicRules rules{{"CLOCK_CFG.SOURCE", declaringOutput("present")}};
+    const auto refusalOf = [&rules](const auto& edit) -> std::string {
+        try {
+            edit();
+        } catch (const std::invalid_argument& refusal) {
+            return refusal.what();
+        }
+        return {};
+    };
+    EXPECT_THAT(refusalOf([&] { addRule(rules, "CLOCK_CFG.SOURCE", declaringOutput("again")); }),
+                HasSubstr("there is already a rule CLOCK_CFG.SOURCE"));
+    EXPECT_THAT(refusalOf([&] { replaceRule(rules, "CLOCK_CFG.SPEED", declaringOutput("new")); }),
+                HasSubstr("no rule CLOCK_CFG.SPEED"));
+    EXPECT_THAT(refusalOf([&] { removeRule(rules, "CLOCK_CFG.SPEED"); }),
+                HasSubstr("no rule CLOCK_CFG.SPEED"));
+    EXPECT_EQ(outputsOf(rules, "CLOCK_CFG.SOURCE"), std::vector<std::string>{"present"});
 }
 
 }  // namespace

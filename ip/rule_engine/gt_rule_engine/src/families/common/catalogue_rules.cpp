@@ -17,6 +17,18 @@ namespace {
     throw std::logic_error("register catalogue: " + name + " " + problem);
 }
 
+[[noreturn]] void refuseEdit(const std::string& problem, const std::string& name) {
+    throw std::invalid_argument("logic rules: " + problem + " " + name);
+}
+
+logicRules::iterator placeOf(logicRules& rules, const std::string& name) {
+    const auto place = rules.find(name);
+    if (place == rules.end()) {
+        refuseEdit("no rule", name);
+    }
+    return place;
+}
+
 std::vector<std::string> onlyOutput(std::string name) {
     std::vector<std::string> outputs;
     outputs.push_back(std::move(name));
@@ -104,6 +116,20 @@ const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name)
         refuse(name, "has no rule beside it");
     }
     return found->second;
+}
+
+void addRule(logicRules& rules, const std::string& name, ruleDeclarer rule) {
+    if (!rules.emplace(name, std::move(rule)).second) {
+        refuseEdit("there is already a rule", name);
+    }
+}
+
+void replaceRule(logicRules& rules, const std::string& name, ruleDeclarer rule) {
+    placeOf(rules, name)->second = std::move(rule);
+}
+
+void removeRule(logicRules& rules, const std::string& name) {
+    rules.erase(placeOf(rules, name));
 }
 
 std::vector<std::string> fieldNames(const std::string& registerName,

@@ -20,6 +20,13 @@ using logicRules = std::map<std::string, ruleDeclarer, std::less<>>;
 /// when there is none.
 const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name);
 
+/// Edits for a family whose rules are those of another one with changes. An edit whose rule is not
+/// there, or whose addition is there already, throws std::invalid_argument that names it: it is a
+/// slip in the table of differences.
+void addRule(logicRules& rules, const std::string& name, ruleDeclarer rule);
+void replaceRule(logicRules& rules, const std::string& name, ruleDeclarer rule);
+void removeRule(logicRules& rules, const std::string& name);
+
 /// The variables of a register's fields, which its word declares as inputs.
 std::vector<std::string> fieldNames(const std::string& registerName,
                                     const std::vector<registerField>& fields);
