@@ -1,7 +1,9 @@
 #pragma once
 
 #include "families/common/rule_declaration.h"
+#include "families/sxb/sxb_lane_side.h"
 
+#include <optional>
 #include <string>
 
 namespace sable_lanecfg {
@@ -52,5 +54,39 @@ struct programmablePath {
     /// Output clocks in one word, in steps of the output divider; 0 when there is no such number.
     unsigned int clocksPerWord(double lineRate, unsigned int bits) const;
 };
+
+/// What a report of an output clock writes beside the clocks of a word.
+enum class outclockContent {
+    clockAndReference,  ///< the clock, and frequency and port of the reference behind it
+    clock
+};
+
+/// The report of one direction; what goes out is worked out by a `Clock`, which declares the
+/// rule's inputs.
+template <class Clock>
+ruleDeclarer outclockReport(const laneSide& side, outclockContent content) {
+    return [side, content](rule_declaration& rule) {
+        const Clock clock(rule);
+        const auto frequency = rule.writes<double>(side.within("INT_", "OUTCLK_FREQ"));
+        const auto clocksPerWord = rule.writes(side.parameter("PHALIGN_CFG0.DAPI_BUFG_DIV"));
+        std::optional<rule_output<double>> referenceFrequency;
+        std::optional<rule_output<std::string>> source;
+        if (content == outclockContent::clockAndReference) {
+            referenceFrequency = rule.writes<double>(side.within("INT_", "OUTCLK_REFCLK_FREQ"));
+            source = rule.writes<std::string>(side.within("INT_", "OUTCLK_REFCLK_SOURCE"));
+        }
+        rule.body([=] {
+            frequency.set(clock.frequency());
+            clocksPerWord.set(clock.clocksPerWord());
+            if (referenceFrequency && source) {
+                referenceFrequency->set(clock.referenceFrequency());
+                source->set(clock.source());
+            }
+        });
+    };
+}
+
+ruleDeclarer transmitOutclockReport(outclockContent content);
+ruleDeclarer receiveOutclockReport(outclockContent content);
 
 }  // namespace sable_lanecfg

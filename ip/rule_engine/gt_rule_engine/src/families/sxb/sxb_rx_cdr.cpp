@@ -216,14 +216,6 @@ const std::vector<pcieRecoveryCase>& pcieCases() {
     return cases;
 }
 
-const pcieRecoveryCase* findCase(const std::vector<pcieRecoveryCase>& cases, double lineRate,
-                                 unsigned int internalWidth) {
-    const auto found = std::find_if(cases.begin(), cases.end(), [=](const pcieRecoveryCase& known) {
-        return known.lineRate == lineRate && known.internalWidth == internalWidth;
-    });
-    return found == cases.end() ? nullptr : &*found;
-}
-
 /// The deserialiser is scanned but in the PCIe cases of the recovery.
 void scanMode(rule_declaration& rule) {
     const auto pcie = rule.reads<bool>("PCIE_ENABLE");
@@ -232,12 +224,20 @@ void scanMode(rule_declaration& rule) {
     const auto internalWidth = rule.reads<unsigned int>("RX_INT_DATA_WIDTH");
     rule.gives([=] {
         const bool isCase = pcie() && !isEarlySilicon(revision()) &&
-                            findCase(pcieCases(), lineRate(), internalWidth()) != nullptr;
+                            recoveryCaseOf(pcieCases(), lineRate(), internalWidth()) != nullptr;
         return isCase ? 0U : 1U;
     });
 }
 
 }  // namespace
+
+const pcieRecoveryCase* recoveryCaseOf(const std::vector<pcieRecoveryCase>& cases, double lineRate,
+                                       unsigned int internalWidth) {
+    const auto found = std::find_if(cases.begin(), cases.end(), [=](const pcieRecoveryCase& known) {
+        return known.lineRate == lineRate && known.internalWidth == internalWidth;
+    });
+    return found == cases.end() ? nullptr : &*found;
+}
 
 ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool laterSiliconOnly) {
     return [cases, laterSiliconOnly](rule_declaration& rule) {
@@ -266,7 +266,7 @@ ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool 
 
             const bool mayOverride = pcie() && !(revision && isEarlySilicon((*revision)()));
             const pcieRecoveryCase* const special =
-                mayOverride ? findCase(cases, lineRate(), internalWidth()) : nullptr;
+                mayOverride ? recoveryCaseOf(cases, lineRate(), internalWidth()) : nullptr;
             fields.setWidths(special == nullptr ? row.widths : special->widths);
         });
     };

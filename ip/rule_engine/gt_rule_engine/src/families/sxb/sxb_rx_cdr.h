@@ -22,6 +22,10 @@ struct pcieRecoveryCase {
     recoveryWidths widths;
 };
 
+/// The case of a rate and width, null where there is none.
+const pcieRecoveryCase* recoveryCaseOf(const std::vector<pcieRecoveryCase>& cases, double lineRate,
+                                       unsigned int internalWidth);
+
 /// The recovery rule: 17 fields, and the PCIe cases that override what the width gives. With
 /// `laterSiliconOnly` the first silicon keeps what the width gives, and the rule reads the
 /// revision.

@@ -42,21 +42,6 @@ void enableFor8b10b(rule_declaration& rule) {
     });
 }
 
-/// The buffer of one internal width; it only corrects clocks.
-ruleDeclarer enableFor128b130b(unsigned int internalWidth) {
-    return [internalWidth](rule_declaration& rule) {
-        const auto coding = rule.reads<std::string>("RX_DATA_DECODING");
-        const auto offset = rule.reads<unsigned int>("RX_PPM_OFFSET");
-        const auto spread = rule.reads<unsigned int>("RX_SSC_PPM");
-        const auto pcie = rule.reads<bool>("PCIE_ENABLE");
-        const auto width = rule.reads<unsigned int>("RX_INT_DATA_WIDTH");
-        rule.gives([=] {
-            const bool hasWork = offset() != 0 || spread() != 0 || pcie();
-            return coding() == "128B130B" && hasWork && width() == internalWidth ? 1U : 0U;
-        });
-    };
-}
-
 /// The plain buffer stands in when no elastic one does the work.
 void phaseBufferUse(rule_declaration& rule) {
     const auto for8b10b = rule.reads<unsigned int>("RX_ELASTIC_BUF_CFG0.ELASTICBUF_8B10B_EN");
@@ -159,6 +144,20 @@ void addBondingSettings(logicRules& rules) {
 }
 
 }  // namespace
+
+ruleDeclarer enableFor128b130b(unsigned int internalWidth) {
+    return [internalWidth](rule_declaration& rule) {
+        const auto coding = rule.reads<std::string>("RX_DATA_DECODING");
+        const auto offset = rule.reads<unsigned int>("RX_PPM_OFFSET");
+        const auto spread = rule.reads<unsigned int>("RX_SSC_PPM");
+        const auto pcie = rule.reads<bool>("PCIE_ENABLE");
+        const auto width = rule.reads<unsigned int>("RX_INT_DATA_WIDTH");
+        rule.gives([=] {
+            const bool hasWork = offset() != 0 || spread() != 0 || pcie();
+            return coding() == "128B130B" && hasWork && width() == internalWidth ? 1U : 0U;
+        });
+    };
+}
 
 void addRxElasticBufferRules(logicRules& rules) {
     rules[std::string(sxb_rx_step::referenceMode)] = referenceMode;

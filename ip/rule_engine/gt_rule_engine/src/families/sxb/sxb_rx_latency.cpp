@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace sable_lanecfg {
 
@@ -115,29 +116,38 @@ void minimumLatency(rule_declaration& rule) {
     rule.gives(latency);
 }
 
-void maximumLatency(rule_declaration& rule) {
-    const auto minimum = rule.reads<unsigned int>("RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MIN_LAT");
-    const auto correctionLength = rule.reads<unsigned int>("RX_CC_LEN_SEQ");
+latencyReserve ofCorrectedBytes(rule_declaration& rule) {
     const auto corrections = rule.reads<unsigned int>("RX_CC_NUM_SEQ");
-    const auto width = rule.reads<unsigned int>("INT_WID");
-    const auto pcie = rule.reads<bool>("PCIE_ENABLE");
-    const auto mode = rule.reads<unsigned int>("INT_PHY_REFCLK_MODE");
-    // An asynchronous coding has its latency in the minimum already.
-    rule.alsoDeclares("RX_BUFFER_MODE");
-    rule.alsoDeclares("RX_DATA_DECODING");
-    rule.gives([=] {
-        if (pcie()) {
-            return mode() == 2 ? 28U : 20U;
-        }
-        return minimum() + width() + (corrections() != 0 ? correctionLength() : 0);
-    });
+    const auto bytes = rule.reads<unsigned int>("INT_WID");
+    return {corrections, bytes};
 }
 
 }  // namespace
 
+ruleDeclarer maximumBufferLatency(std::function<latencyReserve(rule_declaration&)> readReserve) {
+    return [readReserve = std::move(readReserve)](rule_declaration& rule) {
+        const auto minimum =
+            rule.reads<unsigned int>("RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MIN_LAT");
+        const auto correctionLength = rule.reads<unsigned int>("RX_CC_LEN_SEQ");
+        const latencyReserve reserve = readReserve(rule);
+        const auto pcie = rule.reads<bool>("PCIE_ENABLE");
+        const auto mode = rule.reads<unsigned int>("INT_PHY_REFCLK_MODE");
+        // An asynchronous coding has its latency in the minimum already.
+        rule.alsoDeclares("RX_BUFFER_MODE");
+        rule.alsoDeclares("RX_DATA_DECODING");
+        rule.gives([=] {
+            if (pcie()) {
+                return mode() == 2 ? 28U : 20U;
+            }
+            return minimum() + reserve.width() +
+                   (reserve.corrections() != 0 ? correctionLength() : 0);
+        });
+    };
+}
+
 void addRxLatencyRules(logicRules& rules) {
     rules["RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MIN_LAT"] = minimumLatency;
-    rules["RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MAX_LAT"] = maximumLatency;
+    rules["RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MAX_LAT"] = maximumBufferLatency(ofCorrectedBytes);
 }
 
 }  // namespace sable_lanecfg

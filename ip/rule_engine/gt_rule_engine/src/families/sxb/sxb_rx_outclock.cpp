@@ -85,24 +85,15 @@ class receive_outclock {
     rule_input<double> transmitOutclock_;
 };
 
-void outclockReport(rule_declaration& rule) {
-    const receive_outclock clock(rule);
-    const auto frequency = rule.writes<double>("INT_RXOUTCLK_FREQ");
-    const auto clocksPerWord = rule.writes("RX_PHALIGN_CFG0.DAPI_BUFG_DIV");
-    const auto referenceFrequency = rule.writes<double>("INT_RXOUTCLK_REFCLK_FREQ");
-    const auto source = rule.writes<std::string>("INT_RXOUTCLK_REFCLK_SOURCE");
-    rule.body([=] {
-        frequency.set(clock.frequency());
-        clocksPerWord.set(clock.clocksPerWord());
-        referenceFrequency.set(clock.referenceFrequency());
-        source.set(clock.source());
-    });
-}
-
 }  // namespace
 
+ruleDeclarer receiveOutclockReport(outclockContent content) {
+    return outclockReport<receive_outclock>(receiveSide, content);
+}
+
 void addRxOutclockRules(logicRules& rules) {
-    rules[std::string(sxb_rx_step::outclockReport)] = outclockReport;
+    rules[std::string(sxb_rx_step::outclockReport)] =
+        receiveOutclockReport(outclockContent::clockAndReference);
 }
 
 }  // namespace sable_lanecfg

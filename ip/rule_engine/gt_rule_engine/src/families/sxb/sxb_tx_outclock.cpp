@@ -105,24 +105,15 @@ class transmit_outclock {
     pllPair<unsigned int> selectors_;
 };
 
-void outclockReport(rule_declaration& rule) {
-    const transmit_outclock clock(rule);
-    const auto frequency = rule.writes<double>("INT_TXOUTCLK_FREQ");
-    const auto clocksPerWord = rule.writes("TX_PHALIGN_CFG0.DAPI_BUFG_DIV");
-    const auto referenceFrequency = rule.writes<double>("INT_TXOUTCLK_REFCLK_FREQ");
-    const auto source = rule.writes<std::string>("INT_TXOUTCLK_REFCLK_SOURCE");
-    rule.body([=] {
-        frequency.set(clock.frequency());
-        clocksPerWord.set(clock.clocksPerWord());
-        referenceFrequency.set(clock.referenceFrequency());
-        source.set(clock.source());
-    });
-}
-
 }  // namespace
 
+ruleDeclarer transmitOutclockReport(outclockContent content) {
+    return outclockReport<transmit_outclock>(transmitSide, content);
+}
+
 void addTxOutclockRules(logicRules& rules) {
-    rules[std::string(sxb_tx_step::outclockReport)] = outclockReport;
+    rules[std::string(sxb_tx_step::outclockReport)] =
+        transmitOutclockReport(outclockContent::clockAndReference);
 }
 
 }  // namespace sable_lanecfg
