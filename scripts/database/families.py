@@ -2,7 +2,7 @@
 
 from dataclasses import dataclass
 
-from database.layout import SXA_LAYOUT, SXB_LAYOUT
+from database.layout import SXA_LAYOUT, SXB_LAYOUT, SXC_LAYOUT
 from database.placement import Layout
 
 TWO_PLLS = {
@@ -42,4 +42,5 @@ class Database:
 DATABASES = {
     "SXA": Database(family="SXA", layout=SXA_LAYOUT),
     "SXB": Database(family="SXB", layout=SXB_LAYOUT),
+    "SXC": Database(family="SXC", layout=SXC_LAYOUT),
 }

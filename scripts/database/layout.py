@@ -96,3 +96,17 @@ SXB_LAYOUT = Layout(
     },
     widths=SXB_WIDTHS,
 )
+
+# Fields that both families have are as wide as in SXB, whether computed or constant here.
+SXC_LAYOUT = Layout(
+    block_types=SXB_LAYOUT.block_types,
+    pinned=PINNED,
+    widths={
+        **SXB_WIDTHS,
+        "HSDIST_CFG.HSDIST_CTRL": 3,
+        "RESET_CFG.TX_PLLLOCK_SEL": 1,
+        "RESET_CFG.RX_PLLLOCK_SEL": 1,
+        "CHL_RSV_CFG2.EB128B130B_64_EN": 1,
+        "ADAPT_APT_CFG.divider_data": 1,
+    },
+)

@@ -2,12 +2,13 @@
 
 #include "families/sxa/sxa_catalogue.h"
 #include "families/sxb/sxb_catalogue.h"
+#include "families/sxc/sxc_catalogue.h"
 
 namespace sable_lanecfg {
 
 const std::vector<familyCatalogue>& familyCatalogues() {
-    static const std::vector<familyCatalogue> catalogues{{"SXA", sxaCatalogue},
-                                                         {"SXB", sxbCatalogue}};
+    static const std::vector<familyCatalogue> catalogues{
+        {"SXA", sxaCatalogue}, {"SXB", sxbCatalogue}, {"SXC", sxcCatalogue}};
     return catalogues;
 }
 

@@ -6,6 +6,8 @@
 #include "families/sxb/sxb_rx_rules.h"
 #include "families/sxb/sxb_tx_catalogue.h"
 #include "families/sxb/sxb_tx_rules.h"
+#include "families/sxc/sxc_catalogue.h"
+#include "families/sxc/sxc_rules.h"
 
 #include <lanecfg/gt_rule_engine.h>
 
@@ -48,7 +50,12 @@ const std::vector<ruleSetsOfFamily>& allRuleSets() {
          "live",
          {{"RX", sxbRxCatalogue, of<sxbRxLogicRules>},
           {"TX", sxbTxCatalogue, of<sxbTxLogicRules>},
-          {"PLL", sxbPllCatalogue, sxbPllLogicRules}}}};
+          {"PLL", sxbPllCatalogue, sxbPllLogicRules}}},
+        {"SXC",
+         "live",
+         {{"RX", sxcRxCatalogue, of<sxcRxLogicRules>},
+          {"TX", sxcTxCatalogue, of<sxcTxLogicRules>},
+          {"PLL", sxcPllCatalogue, sxcPllLogicRules}}}};
     return all;
 }
 
