@@ -3,6 +3,7 @@
 from dataclasses import dataclass
 
 from database.layout import SXA_LAYOUT, SXB_LAYOUT, SXC_LAYOUT
+from database.layout import SXA_LAYOUT, SXB_LAYOUT, SXD4_LAYOUT
 from database.placement import Layout
 
 TWO_PLLS = {
@@ -43,4 +44,5 @@ DATABASES = {
     "SXA": Database(family="SXA", layout=SXA_LAYOUT),
     "SXB": Database(family="SXB", layout=SXB_LAYOUT),
     "SXC": Database(family="SXC", layout=SXC_LAYOUT),
+    "SXD4": Database(family="SXD4", layout=SXD4_LAYOUT),
 }

@@ -6,6 +6,7 @@ fields follow each other from bit 0 upwards in the order of the catalogue.
 
 from database.placement import Layout
 from database.sxb_widths import SXB_WIDTHS
+from database.sxd4_widths import SXD4_WIDTHS
 
 CHANNELS = range(4)
 
@@ -108,5 +109,31 @@ SXC_LAYOUT = Layout(
         "RESET_CFG.RX_PLLLOCK_SEL": 1,
         "CHL_RSV_CFG2.EB128B130B_64_EN": 1,
         "ADAPT_APT_CFG.divider_data": 1,
+    },
+)
+
+SXD4_LAYOUT = Layout(
+    block_types=[
+        # The PLL of the block.
+        ("A_CFG", "hs_clk_0"),
+        ("PLL_*", "hs_clk_0"),
+        ("*SDM_*", "hs_clk_0"),
+        ("RST_PLL_CFG0", "hs_clk_0"),
+        # What the two channels share.
+        ("FEC_CFG*", "ctrl_0"),
+        ("BIAS_CFG*", "ctrl_0"),
+        ("RST_CFG", "ctrl_0"),
+        ("DRPEN_CFG", "ctrl_0"),
+        ("SAP_CFG0", "ctrl_0"),
+        ("*", "channel"),
+    ],
+    widths=SXD4_WIDTHS,
+    ports={
+        "TXOUTCLKSEL": "CH_PORT",
+        "RXOUTCLKSEL": "CH_PORT",
+        "TXPCSRESETMASK": "CH_PORT",
+        "TXPMARESETMASK": "CH_PORT",
+        "RXPCSRESETMASK": "CH_PORT",
+        "RXPMARESETMASK": "CH_PORT",
     },
 )

@@ -25,6 +25,8 @@ class Layout:
     widths: dict = field(default_factory=dict)
     # "REGISTER.FIELD" to width, for constants that can't all fit their register.
     narrowed: dict = field(default_factory=dict)
+    # Name to block type, for ports: variables that are reported like words and have no fields.
+    ports: dict = field(default_factory=dict)
 
 
 def registers_of(entries):
@@ -118,16 +120,20 @@ def refuse_unknown_names(registers, layout):
 
 
 def place_registers(entries, layout):
-    """The content of registers.json. Offsets count on over all blocks of the family."""
+    """The content of registers.json. Offsets count on over all blocks of the family, and over its
+    ports behind them."""
     placed = {}
     registers = registers_of(entries)
     refuse_unknown_names(registers, layout)
-    for offset, (register, fields) in enumerate(registers.items()):
+    types = {register: block_type_of(register, layout) for register in registers} | layout.ports
+    if len(types) != len(registers) + len(layout.ports):
+        raise LayoutError("a port has the name of a register")
+    for offset, (register, block_type) in enumerate(types.items()):
         if offset > LAST_OFFSET:
             raise LayoutError("more registers than a block has offsets")
         placed[register] = {
-            "dstSubBlock": block_type_of(register, layout),
+            "dstSubBlock": block_type,
             "Offset": f"0x{offset:02X}",
-            "fields": place_fields(register, fields, layout),
+            "fields": place_fields(register, registers.get(register, []), layout),
         }
     return placed

@@ -139,6 +139,18 @@ class Placement(unittest.TestCase):
             "C_CFG": {"dstSubBlock": "channel", "Offset": "0x02", "fields": {}},
         })
 
+    def test_ports_follow_the_registers_without_fields(self):
+        layout = Layout(block_types=ALL_CHANNEL, ports={"SELECT": "CH_PORT"})
+        made = place_registers([whole("A_CFG", constant("X", 1))], layout)
+        self.assertEqual(list(made.items()), [
+            ("A_CFG", {"dstSubBlock": "channel", "Offset": "0x00", "fields": {"A_CFG.X": [0, 1]}}),
+            ("SELECT", {"dstSubBlock": "CH_PORT", "Offset": "0x01", "fields": {}})])
+
+    def test_a_port_with_the_name_of_a_register_is_refused(self):
+        layout = Layout(block_types=ALL_CHANNEL, ports={"A_CFG": "CH_PORT"})
+        with self.assertRaisesRegex(LayoutError, "port"):
+            place_registers([whole("A_CFG")], layout)
+
     def test_a_register_without_a_block_type_is_refused(self):
         with self.assertRaisesRegex(LayoutError, "B_CFG"):
             place_registers([whole("B_CFG")], Layout(block_types=[("A_*", "channel")]))

@@ -26,6 +26,7 @@ struct FieldValues {
 struct RuleOutputs {
     std::map<std::string, FieldValues> fields;
     std::set<std::string> registers;
+    std::set<std::string> others;  ///< what has no fields: whole words, ports and intermediates
 };
 
 std::string registerOf(const std::string& field) {
@@ -47,8 +48,13 @@ RuleOutputs outputsOf(const gt_rule_engine& engine) {
     for (const std::vector<variableMap>& passes : engine.blockVarMap) {
         for (const variableMap& snapshot : passes) {
             for (const auto& [name, variable] : snapshot) {
-                if (variable.ruleNumber && name.find('.') != std::string::npos) {
+                if (!variable.ruleNumber) {
+                    continue;
+                }
+                if (name.find('.') != std::string::npos) {
                     addField(name, variable.value, outputs);
+                } else {
+                    outputs.others.insert(name);
                 }
             }
         }
@@ -144,7 +150,7 @@ void compare(const RuleOutputs& outputs, const std::map<std::string, attributeIn
         }
     }
     for (const auto& [name, record] : registers) {
-        if (outputs.registers.count(name) == 0) {
+        if (outputs.registers.count(name) == 0 && outputs.others.count(name) == 0) {
             findings.note(name, "No rule writes this register.");
         } else {
             checkPlacedFields(name, record, outputs, findings);

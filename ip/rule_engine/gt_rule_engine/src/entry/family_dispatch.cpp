@@ -1,6 +1,7 @@
 #include "families/sxa/lane_cfg_sxa_instance.h"
 #include "families/sxb/lane_cfg_sxb_instance.h"
 #include "families/sxc/lane_cfg_sxc_instance.h"
+#include "families/sxd4/lane_cfg_sxd4_instance.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
@@ -37,9 +38,10 @@ Frame* make(Arguments... arguments) {
     return new Family(std::forward<Arguments>(arguments)...);
 }
 
-constexpr familyTable<lane_cfg_instance, 3> liveFamilies{
+constexpr familyTable<lane_cfg_instance, 4> liveFamilies{
     {{"SXB", make<lane_cfg_instance, lane_cfg_sxb_instance>},
      {"SXA", make<lane_cfg_instance, lane_cfg_sxa_instance>},
+     {"SXD4", make<lane_cfg_instance, lane_cfg_sxd4_instance>},
      {"SXC", make<lane_cfg_instance, lane_cfg_sxc_instance>}}};
 
 constexpr familyTable<lane_cfg_instance_iter_stable, 0> stableFamilies{};

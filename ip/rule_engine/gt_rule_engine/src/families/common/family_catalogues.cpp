@@ -3,12 +3,15 @@
 #include "families/sxa/sxa_catalogue.h"
 #include "families/sxb/sxb_catalogue.h"
 #include "families/sxc/sxc_catalogue.h"
+#include "families/sxd4/sxd4_catalogue.h"
 
 namespace sable_lanecfg {
 
 const std::vector<familyCatalogue>& familyCatalogues() {
-    static const std::vector<familyCatalogue> catalogues{
-        {"SXA", sxaCatalogue}, {"SXB", sxbCatalogue}, {"SXC", sxcCatalogue}};
+    static const std::vector<familyCatalogue> catalogues{{"SXA", sxaCatalogue},
+                                                         {"SXB", sxbCatalogue},
+                                                         {"SXC", sxcCatalogue},
+                                                         {"SXD4", sxd4Catalogue}};
     return catalogues;
 }
 

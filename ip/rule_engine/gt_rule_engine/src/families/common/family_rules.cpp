@@ -8,6 +8,12 @@
 #include "families/sxb/sxb_tx_rules.h"
 #include "families/sxc/sxc_catalogue.h"
 #include "families/sxc/sxc_rules.h"
+#include "families/sxd4/sxd4_pll_catalogue.h"
+#include "families/sxd4/sxd4_pll_rules.h"
+#include "families/sxd4/sxd4_rx_catalogue.h"
+#include "families/sxd4/sxd4_rx_rules.h"
+#include "families/sxd4/sxd4_tx_catalogue.h"
+#include "families/sxd4/sxd4_tx_rules.h"
 
 #include <lanecfg/gt_rule_engine.h>
 
@@ -55,7 +61,12 @@ const std::vector<ruleSetsOfFamily>& allRuleSets() {
          "live",
          {{"RX", sxcRxCatalogue, of<sxcRxLogicRules>},
           {"TX", sxcTxCatalogue, of<sxcTxLogicRules>},
-          {"PLL", sxcPllCatalogue, sxcPllLogicRules}}}};
+          {"PLL", sxcPllCatalogue, sxcPllLogicRules}}},
+        {"SXD4",
+         "live",
+         {{"RX", sxd4RxCatalogue, of<sxd4RxLogicRules>},
+          {"TX", sxd4TxCatalogue, of<sxd4TxLogicRules>},
+          {"PLL", sxd4PllCatalogue, sxd4PllLogicRules}}}};
     return all;
 }
 

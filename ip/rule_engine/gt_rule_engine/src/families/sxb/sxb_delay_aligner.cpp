@@ -1,3 +1,4 @@
+#include "families/sxb/sxb_outclock.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
 #include "families/sxb/sxb_rule_shapes.h"
 
@@ -21,18 +22,6 @@ constexpr code_table<unsigned int, 14> alignerDividerCodes{{{1, 0},
                                                             {64, 11},
                                                             {96, 12},
                                                             {128, 13}}};
-
-constexpr code_table<std::string_view, 5> transmitClockControlCodes{{{"TXOUTCLKPCS", 1},
-                                                                     {"TXOUTCLKPMA", 2},
-                                                                     {"TXPLLREFCLK", 3},
-                                                                     {"TXPROGDIVCLK", 5},
-                                                                     {"CLKTESTSIG", 6}}};
-
-constexpr code_table<std::string_view, 5> receiveClockControlCodes{{{"RXOUTCLKPCS", 1},
-                                                                    {"RXOUTCLKPMA", 2},
-                                                                    {"RXPLLREFCLK", 3},
-                                                                    {"RXPROGDIVCLK", 5},
-                                                                    {"CLKTESTSIG", 6}}};
 
 /// Control code of a receiver that is aligned together with the transmitter.
 constexpr unsigned int commonAlignmentControl = 6;

@@ -22,18 +22,6 @@ constexpr code_table<double, 11> programmableDividerCodes{{{16.0, 64},
                                                            {16.5, 792},
                                                            {5.5, 920}}};
 
-/// The dividers 2 to 5 have the codes 0 to 3, any other one passes the clock undivided.
-ruleDeclarer referenceDividerCode(const std::string& name) {
-    return [name](rule_declaration& rule) {
-        constexpr unsigned int undivided = 4;
-        const auto divider = rule.reads<unsigned int>(name);
-        rule.gives([=] {
-            const bool divides = divider() >= 2 && divider() <= 5;
-            return divides ? divider() - 2 : undivided;
-        });
-    };
-}
-
 /// The local oscillator counts against a fixed divider; the lane's own only orders the rules.
 void oscillatorFeedback(rule_declaration& rule) {
     constexpr unsigned int feedback = 31;

@@ -1,4 +1,5 @@
 #include "clocking_domains.h"
+#include "families/common/device_limit.h"
 #include "families/common/rule_arithmetic.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
@@ -33,13 +34,6 @@ struct lcpll_candidate {
     bool isFullRate;
     double oscillator;  ///< GHz
 };
-
-/// Value of a setting; an absent one is a bad text to the conversion.
-double settingValue(const deviceSettings& settings, const std::string& name) {
-    const auto entry = settings.find(name);
-    const bool isThere = entry != settings.end() && !entry->second.empty();
-    return std::stod(isThere ? entry->second.front() : std::string());
-}
 
 /// Finds the dividers of the LCPLL. Without a solution they stay those of the pass before.
 class lcpll_solver {
@@ -118,8 +112,8 @@ class lcpll_solver {
     }
 
     bool isWithinLimits(const lcpll_candidate& candidate) const {
-        const double lowest = settingValue(*settings_, "FLCPLLRANGE_MIN");
-        const double highest = settingValue(*settings_, "FLCPLLRANGE_MAX");
+        const double lowest = deviceLimit(*settings_, "FLCPLLRANGE_MIN");
+        const double highest = deviceLimit(*settings_, "FLCPLLRANGE_MAX");
         return lowest - limitSlack <= candidate.oscillator &&
                candidate.oscillator <= highest + limitSlack;
     }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "families/common/rule_arithmetic.h"
 #include "families/common/rule_declaration.h"
 #include "families/sxb/sxb_lane_side.h"
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace sable_lanecfg {
 
@@ -19,6 +21,18 @@ enum outclockControl : unsigned int {
     outclockOfProgrammableDivider = 5,
     outclockOfTransmitter = 6  ///< of receivers only
 };
+
+/// Control codes by the words of TX_OUTCLK_SOURCE and RX_OUTCLK_SOURCE.
+inline constexpr code_table<std::string_view, 5> transmitClockControlCodes{{{"TXOUTCLKPCS", 1},
+                                                                            {"TXOUTCLKPMA", 2},
+                                                                            {"TXPLLREFCLK", 3},
+                                                                            {"TXPROGDIVCLK", 5},
+                                                                            {"CLKTESTSIG", 6}}};
+inline constexpr code_table<std::string_view, 5> receiveClockControlCodes{{{"RXOUTCLKPCS", 1},
+                                                                           {"RXOUTCLKPMA", 2},
+                                                                           {"RXPLLREFCLK", 3},
+                                                                           {"RXPROGDIVCLK", 5},
+                                                                           {"CLKTESTSIG", 6}}};
 
 /// The same variable of both PLLs.
 template <class T>

@@ -1,17 +1,12 @@
 #pragma once
 
 #include "families/common/catalogue_rules.h"
+#include "families/common/device_limit.h"
 #include "families/sxb/sxb_lane_side.h"
 
-#include <map>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace sable_lanecfg {
-
-/// First-entry settings of the device, as `gt_rule_engine::settings`.
-using deviceSettings = std::map<std::string, std::vector<std::string>>;
 
 // The rules of each topic, added to those at hand.
 void addPllInputRules(logicRules& rules);

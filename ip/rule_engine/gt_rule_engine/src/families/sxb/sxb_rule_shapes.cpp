@@ -37,4 +37,15 @@ ruleDeclarer oneForWord(std::string textName, std::string word) {
     };
 }
 
+ruleDeclarer referenceDividerCode(std::string dividerName) {
+    return [name = std::move(dividerName)](rule_declaration& rule) {
+        constexpr unsigned int undivided = 4;
+        const auto divider = rule.reads<unsigned int>(name);
+        rule.gives([=] {
+            const bool divides = divider() >= 2 && divider() <= 5;
+            return divides ? divider() - 2 : undivided;
+        });
+    };
+}
+
 }  // namespace sable_lanecfg

@@ -19,6 +19,9 @@ ruleDeclarer sameNumber(std::string numberName);
 ruleDeclarer oneAt(std::string numberName, unsigned int number);
 /// Field that is 1 when a text variable is the word, else 0.
 ruleDeclarer oneForWord(std::string textName, std::string word);
+/// Field with the code of a PLL's reference divider: the dividers 2 to 5 have the codes 0 to 3, any
+/// other one passes the clock undivided.
+ruleDeclarer referenceDividerCode(std::string dividerName);
 
 /// Field with the code of a variable of type `Value`.
 template <class Value, class Table>

@@ -1,0 +1,24 @@
+#include "families/sxd4/sxd4_pll_rules.h"
+
+#include "families/sxd4/sxd4_pll_catalogue.h"
+#include "families/sxd4/sxd4_rule_groups.h"
+
+namespace sable_lanecfg {
+
+logicRules sxd4PllLogicRules(const gt_rule_engine& engine) {
+    logicRules rules;
+    addSxd4SymbolRateRules(rules);
+    addSxd4VcoRules(rules, engine.settings);
+    addSxd4FeedbackDividerRules(rules);
+    addSxd4ErrorCorrectionRules(rules);
+    addSxd4OutclockRules(rules);
+    addSxd4ResetMaskRules(rules);
+    addUndeliveredFieldRules(rules, sxd4PllCatalogue());
+    return rules;
+}
+
+void registerSxd4PllRules(gt_rule_engine& engine) {
+    registerCatalogue(engine, sxd4PllCatalogue(), sxd4PllLogicRules(engine));
+}
+
+}  // namespace sable_lanecfg
