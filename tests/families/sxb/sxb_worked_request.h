@@ -1,0 +1,138 @@
+#pragma once
+
+#include "support/captured_messages.h"
+#include "support/reference_data.h"
+
+#include <lanecfg/lane_cfg_ip_mgr.h>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace lanecfg_test {
+
+/// A feedback divider of a PLL that nobody has used yet.
+constexpr unsigned long idleDivider = 80;
+
+/// `A_CFG1` for feedback dividers of the first and second dual: the hardware counts from two below.
+constexpr unsigned long feedbackWord(unsigned long lcpll0, unsigned long rpll0,
+                                     unsigned long lcpll1, unsigned long rpll1) {
+    return (lcpll0 - 2) + ((rpll0 - 2) << 8) + ((lcpll1 - 2) << 16) + ((rpll1 - 2) << 24);
+}
+
+/// Lanes, a bit for each, that reset with what the member names.
+struct ResettingLanes {
+    unsigned long txLcpll = 0;
+    unsigned long txRpll = 0;
+    unsigned long rxLcpll = 0;
+    unsigned long txDivider = 0;
+    unsigned long rxDivider = 0;
+};
+
+/// `MST_RESET_CFG`: PLLs at bits 0, 4 and 28, and from bit 8 on five bits for each lane, of which
+/// oscillator, transmit and receive channel (the first, third and fifth) are always enabled.
+constexpr unsigned long resetWord(const ResettingLanes& lanes) {
+    unsigned long word = lanes.txLcpll + (lanes.txRpll << 4) + (lanes.rxLcpll << 28);
+    for (unsigned lane = 0; lane < 4; ++lane) {
+        const unsigned long dividers =
+            ((lanes.txDivider >> lane & 1) << 1) + ((lanes.rxDivider >> lane & 1) << 3);
+        word += (0b10101 + dividers) << (8 + 5 * lane);
+    }
+    return word;
+}
+
+/// Which PLLs of the first and second dual run; the others are powered down.
+struct RunningPlls {
+    bool lcpll0 = false;
+    bool rpll0 = false;
+    bool lcpll1 = false;
+    bool rpll1 = false;
+};
+
+/// How a side of a lane hands the end of its phase alignment on.
+struct SyncDone {
+    unsigned int north = 0;
+    unsigned int south = 0;
+    unsigned int consumption = 0;
+};
+
+// By the place of the lane in its link.
+constexpr SyncDone belowMaster{0, 3, 4};
+constexpr SyncDone atMaster{0, 0, 0};
+constexpr SyncDone aboveMaster{3, 0, 1};
+
+/// `PIPE_CTRL_CFG9`, three fields of the transmitter from bit 1 on, of the receiver from bit 9 on.
+constexpr unsigned int syncDoneWord(const SyncDone& tx, const SyncDone& rx) {
+    const auto placed = [](const SyncDone& side) {
+        return (side.north << 1) + (side.south << 3) + (side.consumption << 5);
+    };
+    return placed(tx) + (placed(rx) << 8);
+}
+
+/// A bundled SXB request by way of the manager, to be compared with values worked out by hand.
+class WorkedRequest : public testing::Test {
+  protected:
+    explicit WorkedRequest(const std::string& request) {
+        initialiseBundledRequest(instanceName, request);
+    }
+    ~WorkedRequest() override { sable_lanecfg::lane_cfg_ip_mgr::releaseData(instanceName); }
+
+    static sable_lanecfg::lane_cfg_instance& instance() {
+        return *sable_lanecfg::lane_cfg_ip_mgr::getIPInstance(instanceName);
+    }
+
+    static std::map<std::string, std::string> attributes() {
+        return sable_lanecfg::lane_cfg_ip_mgr::getAttributes(instanceName, "SXB", "live");
+    }
+
+    static unsigned long word(const std::string& name) { return std::stoul(attributes().at(name)); }
+
+    /// Expects the words of PLLs without a fraction: a reset mask of 3, and whether it is powered
+    /// down.
+    static void expectRunning(const RunningPlls& plls) {
+        EXPECT_EQ(word("A_CFG2"), (3UL << 28) + (plls.lcpll0 ? 0UL : 1UL));
+        EXPECT_EQ(word("A_CFG3"), (3UL << 3) + (plls.rpll0 ? 0UL : 1UL << 5));
+        EXPECT_EQ(word("A_CFG4"), (3UL << 1) + (plls.lcpll1 ? 0UL : 1UL << 28));
+        EXPECT_EQ(word("A_CFG5"), 3UL + (plls.rpll1 ? 0UL : 1UL << 5));
+    }
+
+    static std::map<std::string, std::string> outputClocks() {
+        return sable_lanecfg::lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, "SXB", "live");
+    }
+
+    /// A variable of a lane in each of its passes.
+    template <class Value>
+    static std::vector<Value> ofPasses(std::size_t lane, const std::string& variable) {
+        std::vector<Value> values;
+        for (const auto& pass : instance().blockVarMap.at(lane)) {
+            values.push_back(boost::get<Value>(pass.at(variable).value));
+        }
+        return values;
+    }
+
+    /// A variable of each lane in its first pass.
+    template <class Value>
+    static std::vector<Value> ofLanes(const std::string& variable) {
+        std::vector<Value> values;
+        for (std::size_t lane = 0; lane < instance().blockVarMap.size(); ++lane) {
+            values.push_back(ofPasses<Value>(lane, variable).front());
+        }
+        return values;
+    }
+
+    static std::vector<unsigned int> fieldOfPasses(std::size_t lane, const std::string& field) {
+        return ofPasses<unsigned int>(lane, field);
+    }
+
+    static std::vector<unsigned int> fieldOfLanes(const std::string& field) {
+        return ofLanes<unsigned int>(field);
+    }
+
+    static constexpr const char* instanceName = "quad_0";
+    CapturedMessages messages;
+};
+
+}  // namespace lanecfg_test
