@@ -23,7 +23,8 @@ std::string CaseName::operator()(const testing::TestParamInfo<std::string>& test
     std::string name = test.param;
     std::replace_if(
         name.begin(), name.end(),
-        [](char character) { return character == '.' || character == '-'; }, '_');
+        [](char character) { return character == '.' || character == '-' || character == '/'; },
+        '_');
     return name;
 }
 

@@ -26,7 +26,7 @@ struct SxaDatabase {
 };
 
 /// Names the cases of a parameterised test: by their member `name`, or, where they are words, by
-/// the words, with underscores for dots and hyphens.
+/// the words, with underscores for dots, hyphens and slashes.
 struct CaseName {
     template <class Case>
     std::string operator()(const testing::TestParamInfo<Case>& test) const {
