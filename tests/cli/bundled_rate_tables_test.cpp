@@ -113,6 +113,181 @@ INSTANTIATE_TEST_SUITE_P(
                      }}),
     CaseName());
 
+// An SXB table holds the same register at offset 0x90, with the two output clock controls of 2,
+// both buffers (0x48) and the receive power control of its own (0x800), and what the width ratio
+// adds.
+constexpr std::uint32_t sxbPipeHeader = 0x01920480;
+constexpr std::uint32_t equalWidths = 0x0000284a;
+// Twice as wide at the fabric: divider code 1 at bits 15, 19, 23 and 27.
+constexpr std::uint32_t doubleWidth = equalWidths | 0x08888000;
+
+/// The header of the same register in one lane: the lane at bit 26, enabled by bit 25.
+constexpr std::uint32_t sxbPipeHeaderOf(std::uint32_t lane) {
+    return sxbPipeHeader | (lane << 26) | (1U << 25);
+}
+
+/// The ten words in front of the table of four duplex channels in one rate group, which has this
+/// many words for its one rate.
+std::vector<std::uint32_t> oneGroup(std::uint32_t rateWords) {
+    const std::uint32_t owner = 0x00100000 | (rateWords << 10) | 10;
+    const std::uint32_t follower = 0x00100000 | (10 + rateWords);
+    return {0x1e00001f, 0x1e00001f,  // all duplex, all with master 0, group 1111
+            owner,      owner,      follower, follower, follower, follower, follower, follower};
+}
+
+std::vector<std::uint32_t> joined(std::vector<std::uint32_t> words,
+                                  const std::vector<std::uint32_t>& body) {
+    words.insert(words.end(), body.begin(), body.end());
+    return words;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    SxbRequests, BundledTableWords,
+    testing::Values(
+        // A gearbox that makes two words of one has each lane's clocks written by itself.
+        BundledTable{"sxb_10gbase_r",
+                     joined(oneGroup(12), {sxbPipeHeaderOf(0), txMask, doubleWidth,  //
+                                           sxbPipeHeaderOf(1), txMask, doubleWidth,  //
+                                           sxbPipeHeaderOf(2), txMask, doubleWidth,  //
+                                           sxbPipeHeaderOf(3), txMask, doubleWidth})},
+        // 16 bits are 20 on the line, as many as inside.
+        BundledTable{"sxb_1000base_x", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
+        BundledTable{"sxb_xaui", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
+        // Without the transmit buffer, bit 3.
+        BundledTable{"sxb_eight_lanes_lower",
+                     joined(oneGroup(3), {sxbPipeHeader, txMask, doubleWidth - 8})},
+        BundledTable{"sxb_eight_lanes_upper",
+                     joined(oneGroup(3), {sxbPipeHeader, txMask, doubleWidth - 8})},
+        BundledTable{"sxb_otu2_fractional",
+                     {
+                         0x1f401807,  // all duplex, two pairs: masters 2, 2, 0, 0
+                         0x1f401807,  //
+                         0x00100c0a,  // channel 0: 1 rate of 3 words from word 10
+                         0x00100c0a,  //
+                         0x0010000d,  // channel 1 follows
+                         0x0010000d,  //
+                         0x00100c0d,  // channel 2: 1 rate of defaults, 3 words from word 13
+                         0x00100c0d,  //
+                         0x00100010,  // channel 3 follows
+                         0x00100010,  //
+                         sxbPipeHeader, txMask, doubleWidth,  // channel 0
+                         sxbPipeHeader, txMask, equalWidths,  // channel 2
+                     }},
+        BundledTable{"sxb_other_pll_clock",
+                     {
+                         0x1f401807,  // two pairs again
+                         0x1f401807,  //
+                         0x00100c0a,  // channel 0: 1 rate of 3 words from word 10
+                         0x00100c0a,  //
+                         0x0010000d,  // channel 1 follows
+                         0x0010000d,  //
+                         0x00100c0d,  // channel 2: 1 rate of defaults, 3 words from word 13
+                         0x00100c0d,  //
+                         0x00100010,  // channel 3 follows
+                         0x00100010,  //
+                         // Channel 0: the divided clock, 5 at bit 0, and code 5 for its divider 8
+                         // at bits 15 and 19, where the width has 1.
+                         sxbPipeHeader, txMask, doubleWidth + 3 + (4U << 15) + (4U << 19),
+                         sxbPipeHeader, txMask, equalWidths,  // channel 2
+                     }},
+        BundledTable{"sxb_jesd204_receive",
+                     {
+                         0x0000001f,  // TX: none duplex, all with master 0, group 1111
+                         0x0000001f,  // RX: the same
+                         0x00100c0a,  // channel 0 TX: 1 rate of defaults, 3 words from word 10
+                         0x00100c0d,  // channel 0 RX: 1 rate of 3 words from word 13
+                         0x0010000d,  // channel 1 TX follows
+                         0x00100010,  // channel 1 RX follows
+                         0x0010000d,  // channel 2 likewise
+                         0x00100010,  //
+                         0x0010000d,  // channel 3 likewise
+                         0x00100010,  //
+                         sxbPipeHeader, txMask, equalWidths,  // channel 0 TX
+                         sxbPipeHeader, rxMask, equalWidths,  // channel 0 RX
+                     }},
+        BundledTable{"sxb_partly_used",
+                     {
+                         // Channels 0 and 1 are duplex (0011). Groups to transmit are {0}, {1, 2}
+                         // and {3}: masters 3, 1, 1, 0, groups 1000, 0, 0110, 0001.
+                         0x07a900c3,
+                         // To receive {0}, {1, 3} and {2}: masters 1, 2, 1, 0, groups 0, 0100,
+                         // 1010, 0001.
+                         0x06c80943,
+                         0x00100c0a,  // channel 0: 1 rate of 3 words from word 10
+                         0x00100c0a,  //
+                         0x00100c0d,  // channel 1: 1 rate of defaults, 3 words from word 13
+                         0x00100c0d,  //
+                         0x00100010,  // channel 2 TX follows
+                         0x00100c13,  // channel 2 RX: 1 rate of 3 words from word 19
+                         0x00100c10,  // channel 3 TX: 1 rate of 3 words from word 16
+                         0x00100016,  // channel 3 RX follows
+                         sxbPipeHeader, txMask, equalWidths,  // channel 0
+                         sxbPipeHeader, txMask, equalWidths,  // channel 1
+                         sxbPipeHeader, txMask, equalWidths,  // channel 3 TX
+                         sxbPipeHeader, rxMask, equalWidths,  // channel 2 RX
+                     }},
+        BundledTable{
+            "sxb_does_not_pack",
+            {
+                // All duplex; masters 2, 2, 1, 0, groups 0, 1100, 0010, 0001.
+                0x1f481843,         0x1f481843,
+                0x00100c0a,  // channel 0: 1 rate of 3 words from word 10
+                0x00100c0a,  //
+                0x00100c0d,  // channel 1: 1 rate of 3 words from word 13
+                0x00100c0d,  //
+                0x00100c10,  // channel 2: 1 rate of defaults, 3 words from word 16
+                0x00100c10,  //
+                0x00100013,  // channel 3 follows
+                0x00100013,  //
+                sxbPipeHeaderOf(0), txMask,     doubleWidth,  // channel 0, through its gearbox
+                sxbPipeHeader,      txMask,     equalWidths,  // channel 1
+                sxbPipeHeader,      txMask,     equalWidths,  // channel 2
+            }},
+        BundledTable{
+            "sxb_25g_and_10g",
+            {
+                // As above: channels 0 and 1 by themselves, 2 and 3 together.
+                0x1f481843, 0x1f481843,              //
+                0x00100c0a, 0x00100c0a,              // channel 0: 1 rate of 3 words from word 10
+                0x00100c0d, 0x00100c0d,              // channel 1: 1 rate of 3 words from word 13
+                0x00203810, 0x00203810,              // channel 2: 2 rates of 14 words from word 16
+                0x0020002c, 0x0020002c,              // channel 3 follows; behind at word 44
+                sxbPipeHeader, txMask, equalWidths,  // channel 0
+                sxbPipeHeader, txMask, equalWidths,  // channel 1
+                // Channel 2 at 25.78125 Gb/s. A pair has the second address at bit 13, the first at
+                // bit 3, and bit 2.
+                sxbPipeHeader, txMask, equalWidths,
+                0x000981bc,  // 0x4c and 0x37
+                // RX_CDR_CFG2: a cycle at bit 3; codes 5 of 256 at 7, 4 of 4.0 at 11, 6 of 64 at
+                // 14,
+                // 2 of 1.0 at 17 and at 20.
+                0x0025a288,
+                0x00000600,  // RX_MISC_CFG0: regulator 6 at bit 8
+                0x000e437c,  // 0x72 and 0x6f
+                0x0000071c,  // TX_PHALIGN_CFG2: 7 samples at 2, code 7 of 8 * 1 * 16 / 4 at 8
+                0x00000080,  // TX_PHALIGN_CFG5: 64 * 1 / 2 at 2
+                0x0012448c,  // 0x92 and 0x91
+                0x0012f808,  // PIPE_CTRL_CFG3: clocks on at 3 and 11, a time of 303 at 12
+                // PIPE_CTRL_CFG8: 12890.625 / 4 / 8 is the word's 402.832, code 600 at 2 and 13.
+                0x014b0960,
+                0x0017a5e8,  // 0xbd alone, its address twice
+                0x00003041,  // DA_CFG: LCPLL at 0 and 12, outputs at 6 and 13
+                // At 10.3125 Gb/s the same groups.
+                sxbPipeHeader, txMask, equalWidths,  //
+                0x000981bc,
+                0x00252288,  // code 4 of 32 / 2
+                0x00000620,  // the slow mode of the equaliser at 5
+                0x000e437c,
+                0x00000d1c,  // code 13 of 8 * 2.5 * 16 / 4
+                0x00000140,  // 64 * 2.5 / 2
+                0x0012448c,
+                0x0012ffe8,  // output divider 2.5, code 7 at 5 and 8
+                0x014f09e0,  // 12890.625 / 5 / 16 is 161.133, code 632
+                0x0017a5e8,
+                0x00003071,  // 12.89 / 4, tried before, is above 1 GHz: ranges at 4 and 5
+            }}),
+    CaseName());
+
 /// All bundled requests of all families.
 class EveryBundledTable : public CommandLine, public testing::WithParamInterface<std::string> {};
 
