@@ -38,6 +38,16 @@ TEST_F(AttributesCommand, WritesAlignedTextByDefault) {
                 testing::ContainsRegex("\nCH0_RX_CRC_CFG1 +505290270 +0x1e1e1e1e\n"));
 }
 
+TEST_F(AttributesCommand, ShortensLongValuesForPeopleOnly) {
+    const std::string request = requestPath("sxb_10gbase_r");
+    const std::string list = answerOf({"attributes", request}).at("STAT_NPI_REG_LIST");
+    ASSERT_GT(list.size(), 100U);
+    EXPECT_THAT(
+        run({"attributes", request}).output,
+        HasSubstr(list.substr(0, 24) + "... (" + std::to_string(list.size()) + " characters)\n"));
+    EXPECT_THAT(run({"attributes", request, "--format", "csv"}).output, HasSubstr(list));
+}
+
 TEST_F(AttributesCommand, WritesCsvOnRequest) {
     const ProgramResult result = run({"attributes", requestPath("sxa_basic"), "--format", "csv"});
     EXPECT_EQ(result.exitCode, 0);

@@ -54,5 +54,22 @@ TEST(FieldChanges, ShowBitsOutsideOfAllFields) {
               "LOW 5 -> 6, bits 0x00007000 0x00001000 -> 0x00006000");
 }
 
+TEST(FieldDifferences, AreFoundByNameWhereverTheFieldIs) {
+    const FieldPlaces elsewhere = {{"R.LOW", {8, 4}}, {"R.MIDDLE", {0, 8}}};
+    EXPECT_EQ(textOf(fieldDifferences({0x0125, fields}, {0x0612, elsewhere})), "LOW 5 -> 6");
+}
+
+TEST(FieldDifferences, ShowAFieldThatOnlyOneSideHas) {
+    const FieldPlaces more = {{"R.LOW", {0, 4}}, {"R.MIDDLE", {4, 8}}, {"R.NEW", {12, 1}}};
+    EXPECT_EQ(textOf(fieldDifferences({0x0125, fields}, {0x1125, more})), "NEW none -> 1");
+    EXPECT_EQ(textOf(fieldDifferences({0x1125, more}, {0x0125, fields})), "NEW 1 -> none");
+}
+
+TEST(FieldDifferences, ShowBitsThatAreInNoFieldOfTheirSide) {
+    const FieldPlaces none;
+    EXPECT_EQ(textOf(fieldDifferences({0x1, none}, {0x3, none})),
+              "bits 0x00000002 0x00000000 -> 0x00000002");
+}
+
 }  // namespace
 }  // namespace lanecfg_test

@@ -127,7 +127,7 @@ TEST_F(RulesCommand, AnswersForEveryRuleSetThatTheLibraryHasAndTellsOfTheOthers)
 }
 
 TEST_F(RulesCommand, NeedsAFamily) {
-    expectFailure(run({"rules"}), 2, "--family is required");
+    expectFailure(run({"rules"}), 2, "--family is required, or --diff with two of them");
 }
 
 TEST_F(RulesCommand, TakesNoFamilyOrSelectorThatIsNotThere) {
@@ -143,6 +143,49 @@ TEST_F(RulesCommand, TakesNoUnknownKind) {
 TEST_F(RulesCommand, NamesTheSetsForAnUnknownOne) {
     expectFailure(run({"rules", "--family", "SXA", "--set", "PLL"}), 2,
                   "--set: the rules of SXA have no set \"PLL\"; they have all.");
+}
+
+TEST_F(RulesCommand, ComparesTwoFamilies) {
+    const ProgramResult result = run({"rules", "--diff", "SXA", "SXB"});
+    EXPECT_EQ(result.exitCode, 0);
+    // A flag is copied there where the other family has a constant.
+    EXPECT_THAT(result.output,
+                ContainsRegex("\nchanged  all  PIPE_CTRL_CFG8.CDR_CTRL_GEN34_ON_EIDLE: kind "
+                              "constant -> copy; value [0-9]+ -> none; inputs \\+PCIE_ENABLE\n"));
+    EXPECT_THAT(result.output, ContainsRegex("\nFrom SXA to SXB: [0-9]+ removed, [0-9]+ added, "
+                                             "[0-9]+ changed\n$"));
+}
+
+TEST_F(RulesCommand, CountsAllRulesOfBothFamiliesInTheirDifference) {
+    const nlohmann::json differences = answerOf({"rules", "--diff", "SXA", "SXB"});
+    std::size_t removed = 0;
+    std::size_t added = 0;
+    for (const nlohmann::json& row : differences) {
+        removed += row.at("second").is_null() ? 1 : 0;
+        added += row.at("first").is_null() ? 1 : 0;
+    }
+    // What is not removed has its like in the other family.
+    EXPECT_EQ(rulesOf("SXA").size() - removed, rulesOf("SXB").size() - added);
+    EXPECT_LT(removed, rulesOf("SXA").size());
+}
+
+TEST_F(RulesCommand, ComparesAFamilyUnderBothOfItsNames) {
+    const ProgramResult result = run({"rules", "--diff", "SXB:live", "SXB"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.output, "From SXB:live to SXB: 0 removed, 0 added, 0 changed\n");
+}
+
+TEST_F(RulesCommand, ComparesTwoFamiliesThatAreThere) {
+    expectFailure(run({"rules", "--diff", "SXB"}), 2, "--diff");
+    expectFailure(run({"rules", "--diff", "SXB", "SXZ"}), 2,
+                  "\"SXZ\" names no rules; there are SXA, SXB, SXB:stable");
+    expectFailure(run({"rules", "--diff", "SXA", "SXB", "--family", "SXA"}), 2, "excludes");
+}
+
+TEST(RuleSetNames, MayTellTheLiveSelector) {
+    EXPECT_EQ(findRuleSetNamed("SXB:live"), findRuleSet("SXB", "live"));
+    EXPECT_EQ(findRuleSetNamed("SXB:stable"), findRuleSet("SXB", "stable"));
+    EXPECT_EQ(findRuleSetNamed("SXA:stable"), nullptr);
 }
 
 TEST(RuleSetNames, HaveTheSelectorWhereItIsNotTheLiveOne) {

@@ -56,6 +56,37 @@ TEST(AlignedText, KeepsACellWithLineFeedsOnOneLine) {
               "a\\nb\\\"\\u001b\n");
 }
 
+Table withTexts(const std::string& first, const std::string& last) {
+    Table table;
+    table.columns = {"first", "last"};
+    table.rows = {{Cell(first), Cell(last)}};
+    return table;
+}
+
+TEST(ShortTexts, EndWithTheLengthOfTheWhole) {
+    const Table table = withShortTexts(withTexts(std::string(49, 'x'), ""));
+    EXPECT_EQ(table.rows[0][0].text, std::string(24, 'x') + "... (49 characters)");
+}
+
+TEST(ShortTexts, AreNotCutFromWhatIsNotLong) {
+    const Table table = withShortTexts(withTexts(std::string(48, 'x'), ""));
+    EXPECT_EQ(table.rows[0][0].text, std::string(48, 'x'));
+}
+
+TEST(ShortTexts, LeaveTheLastColumnAndTheValues) {
+    const std::string text(1000, 'x');
+    const Table table = withShortTexts(withTexts(text, text));
+    EXPECT_EQ(table.rows[0][1].text, text);
+    EXPECT_EQ(table.rows[0][0].value, text);
+}
+
+TEST(ShortTexts, DoNotCutInsideACharacter) {
+    // The character of two bytes stands at the cut.
+    const std::string text = std::string(23, 'x') + "\xc3\xa4" + std::string(40, 'x');
+    const Table table = withShortTexts(withTexts(text, ""));
+    EXPECT_EQ(table.rows[0][0].text, std::string(23, 'x') + "... (65 characters)");
+}
+
 TEST(CsvText, HasAHeadingAndALineForEachRow) {
     EXPECT_EQ(csvText(lanes()), "lane,count\nlink.0,7\nl,1234567\n");
 }

@@ -31,6 +31,25 @@ std::string nameOf(const RuleSet& rules) {
     return rules.selector == "live" ? rules.family : rules.family + ":" + rules.selector;
 }
 
+const RuleSet* findRuleSetNamed(const std::string& name) {
+    const auto found =
+        std::find_if(ruleSets().begin(), ruleSets().end(), [&name](const RuleSet& rules) {
+            return name == nameOf(rules) || name == rules.family + ":" + rules.selector;
+        });
+    return found == ruleSets().end() ? nullptr : &*found;
+}
+
+std::string ruleSetNameFault(const std::string& name) {
+    if (findRuleSetNamed(name) != nullptr) {
+        return {};
+    }
+    std::vector<std::string> names;
+    for (const RuleSet& rules : ruleSets()) {
+        names.push_back(nameOf(rules));
+    }
+    return "\"" + name + "\" names no rules; there are " + listed(names);
+}
+
 std::vector<std::string> familyWords() {
     std::vector<std::string> words;
     for (const RuleSet& rules : ruleSets()) {

@@ -20,6 +20,12 @@ const std::vector<RuleSet>& ruleSets();
 /// Name of a rule set: its family, and behind a colon its selector where that is not "live".
 std::string nameOf(const RuleSet& rules);
 
+/// The rule set of this name, null when there is none; "SXB:live" is taken for "SXB".
+const RuleSet* findRuleSetNamed(const std::string& name);
+
+/// Check of an option whose value names a rule set: text about the fault, empty when there is none.
+std::string ruleSetNameFault(const std::string& name);
+
 /// Family words and selector words, each once.
 std::vector<std::string> familyWords();
 std::vector<std::string> selectorWords();

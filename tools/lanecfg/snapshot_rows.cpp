@@ -51,22 +51,11 @@ bool matchesName(const std::vector<std::string>& patterns, const std::string& na
            });
 }
 
-/// The channel and the rates of one snapshot.
-struct PassLabel {
-    unsigned channel;
-    unsigned txRate;
-    unsigned rxRate;
-};
-
 unsigned labelValue(const variableMap& snapshot, const char* name) {
     const auto found = snapshot.find(name);
     const unsigned* const value =
         found == snapshot.end() ? nullptr : boost::get<unsigned>(&found->second.value);
     return value == nullptr ? 0 : *value;
-}
-
-PassLabel labelOf(std::size_t channel, const variableMap& snapshot) {
-    return {static_cast<unsigned>(channel), labelValue(snapshot, "TX"), labelValue(snapshot, "RX")};
 }
 
 void appendRows(const PassLabel& label, const variableMap& snapshot,
@@ -80,6 +69,12 @@ void appendRows(const PassLabel& label, const variableMap& snapshot,
         table.rows.push_back({Cell(label.channel), Cell(label.txRate), Cell(label.rxRate),
                               Cell(name), Cell(typeNames[type]), valueCell(variable), Cell(rule)});
     }
+}
+
+}  // namespace
+
+PassLabel labelOf(std::size_t channel, const variableMap& snapshot) {
+    return {static_cast<unsigned>(channel), labelValue(snapshot, "TX"), labelValue(snapshot, "RX")};
 }
 
 std::string passesAtHand(const std::vector<std::vector<variableMap>>& snapshots) {
@@ -98,8 +93,6 @@ std::string passesAtHand(const std::vector<std::vector<variableMap>>& snapshots)
     }
     return boost::algorithm::join(channels, "; ");
 }
-
-}  // namespace
 
 Table snapshotRows(const std::vector<std::vector<variableMap>>& snapshots,
                    const SnapshotFilter& filter) {

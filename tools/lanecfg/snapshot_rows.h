@@ -4,6 +4,7 @@
 
 #include <lanecfg/rule_engine_base.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,18 @@ struct SnapshotFilter {
     std::vector<unsigned> txRates;
     std::vector<unsigned> rxRates;
 };
+
+/// The channel and the rates of one snapshot.
+struct PassLabel {
+    unsigned channel;
+    unsigned txRate;
+    unsigned rxRate;
+};
+
+PassLabel labelOf(std::size_t channel, const variableMap& snapshot);
+
+/// The rates of each channel, as a text for people.
+std::string passesAtHand(const std::vector<std::vector<variableMap>>& snapshots);
 
 /// One row for each variable: channel, transmit and receive rate, name, type, value, and the
 /// number of the rule that has it as output. Throws RequestError, telling which channels and rates

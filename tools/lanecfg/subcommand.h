@@ -18,6 +18,15 @@ CLI::Option* addListOption(CLI::App& command, const std::string& name, std::vect
         ->allow_extra_args(false);
 }
 
+/// An option with the two sides of a comparison.
+inline CLI::Option* addComparison(CLI::App& command, const std::string& name,
+                                  std::vector<std::string>& sides, const std::string& description) {
+    constexpr int sideCount = 2;
+    return command.add_option(name, sides, description)
+        ->expected(sideCount)
+        ->allow_extra_args(false);
+}
+
 /// Adds a subcommand whose options are an `Options` and whose work is `run(options, console)`.
 /// `addOptions(command, options)` declares them; the example stands at the end of its help.
 template <class Options, class AddOptions, class Run>

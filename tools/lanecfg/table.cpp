@@ -10,6 +10,8 @@ namespace sable_lanecfg::tool {
 namespace {
 
 constexpr const char* columnGap = "  ";
+constexpr std::size_t longestText = 48;
+constexpr std::size_t lengthWhenCut = 24;
 
 std::string textOf(const Json& value) {
     if (value.is_string()) {
@@ -37,6 +39,18 @@ std::string upperCase(std::string text) {
         return static_cast<char>(std::toupper(character));
     });
     return text;
+}
+
+/// The beginning of a text, without a part of a character of several bytes.
+std::string cutText(const std::string& text) {
+    const auto isInsideOfCharacter = [&text](std::size_t index) {
+        return (static_cast<unsigned char>(text[index]) & 0xC0U) == 0x80U;
+    };
+    std::size_t length = lengthWhenCut;
+    while (length > 0 && isInsideOfCharacter(length)) {
+        --length;
+    }
+    return text.substr(0, length) + "... (" + std::to_string(text.size()) + " characters)";
 }
 
 struct AlignedCell {
@@ -131,6 +145,18 @@ std::string alignedText(const Table& table) {
         result += alignedLine(row, widths);
     }
     return result;
+}
+
+Table withShortTexts(Table table) {
+    for (std::vector<Cell>& row : table.rows) {
+        for (std::size_t column = 0; column + 1 < row.size(); ++column) {
+            std::string& text = row[column].text;
+            if (text.size() > longestText) {
+                text = cutText(text);
+            }
+        }
+    }
+    return table;
 }
 
 std::string csvText(const Table& table) {

@@ -29,6 +29,9 @@ struct Table {
 
 /// Columns in line, numbers to the right; control characters are shown escaped.
 std::string alignedText(const Table& table);
+/// The table with long texts cut for people, their length behind what is left. The last column
+/// keeps its texts, since they push no other column apart.
+Table withShortTexts(Table table);
 /// Comma separated values as RFC 4180 has them, with line feeds as line ends.
 std::string csvText(const Table& table);
 /// JSON list with a line for each row, an object with the column names as keys.
