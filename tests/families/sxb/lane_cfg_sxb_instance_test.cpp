@@ -4,7 +4,7 @@
 #include "support/packing_request.h"
 #include "support/print_rule_value.h"
 #include "support/reference_data.h"
-#include "sxb_quad_usage.h"
+#include "support/quad_usage.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 

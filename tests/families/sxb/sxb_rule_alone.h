@@ -1,84 +1,29 @@
 #pragma once
 
-#include "families/common/catalogue_rules.h"
-#include "support/print_rule_value.h"
-
-#include <lanecfg/gt_rule_engine.h>
+#include "support/family_rule.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <ostream>
 #include <string>
-#include <vector>
 
 namespace lanecfg_test {
 
-using sable_lanecfg::ruleValue;
+/// The rules of the three SXB sets.
+sable_lanecfg::logicRules rulesOfSxb(const sable_lanecfg::gt_rule_engine& engine);
 
-/// Values of variables by name.
-using VariableValues = std::map<std::string, ruleValue>;
-using DeviceSettings = std::map<std::string, std::vector<std::string>>;
-
-/// The first values with the others put over them.
-VariableValues with(VariableValues values, const VariableValues& others);
-
-/// An engine without a database whose passes can be run from outside.
-class LaneEngine : public sable_lanecfg::gt_rule_engine {
-  public:
-    explicit LaneEngine(const DeviceSettings& device = {});
-
-    void set(const VariableValues& values);
-    void runPass();
-    /// Value of a variable; blank when nothing gave it one.
-    ruleValue value(const std::string& name) const;
-    /// Number of the rule that writes a variable, -1 without one.
-    int ruleNumber(const std::string& name) const;
-    /// All numbers in use, each once.
-    std::vector<int> ruleNumbers() const;
-};
-
-/// A rule of any of the three sets, alone on an engine: "REGISTER.FIELD" or the name of a
-/// step.
-class RuleAlone {
+/// A rule of any of the three sets, alone on an engine.
+class RuleAlone : public FamilyRule {
   public:
     explicit RuleAlone(const std::string& name, const VariableValues& inputs = {},
-                       const DeviceSettings& device = {});
-
-    void set(const VariableValues& inputs) { engine_.set(inputs); }
-    void runPass() { engine_.runPass(); }
-    ruleValue value(const std::string& name) const { return engine_.value(name); }
-    template <class T>
-    T valueOf(const std::string& name) const {
-        return boost::get<T>(value(name));
-    }
-    const sable_lanecfg::ruleSignature& signature() const { return signature_; }
-
-  private:
-    LaneEngine engine_;
-    sable_lanecfg::ruleSignature signature_;
+                       const DeviceSettings& device = {})
+        : FamilyRule(rulesOfSxb, name, inputs, device) {}
 };
-
-/// What a rule makes of its inputs.
-struct RuleCase {
-    std::string rule;
-    VariableValues inputs;
-    VariableValues outputs;
-};
-
-/// A case of a rule that writes its own field only.
-RuleCase fieldCase(const std::string& field, const VariableValues& inputs, unsigned int value);
 
 /// The test that every case is what its rule gives stands with this class; the file of a topic
 /// instantiates it with its cases.
 class SxbLaneRule : public testing::TestWithParam<RuleCase> {};
 
-/// Rule and number of a case as the name of a test.
-std::string caseName(const testing::TestParamInfo<RuleCase>& info);
-
-void PrintTo(const RuleCase& row, std::ostream* output);
-
-/// Adds cases to those at hand.
-void append(std::vector<RuleCase>& cases, const std::vector<RuleCase>& others);
+/// The same for what a rule declares.
+class SxbLaneDeclaration : public testing::TestWithParam<DeclaredNames> {};
 
 }  // namespace lanecfg_test

@@ -1,5 +1,5 @@
 #include "families/sxb/sxb_rx_rules.h"
-#include "sxb_declared_names.h"
+#include "sxb_rule_alone.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "families/sxb/sxb_rx_catalogue.h"
 #include "families/sxb/sxb_rx_rules.h"
-#include "sxb_lane_set.h"
+#include "support/lane_set.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,6 @@
-#include "sxb_lane_set.h"
+#include "support/lane_set.h"
+
+#include <utility>
 
 namespace lanecfg_test {
 
@@ -108,11 +110,105 @@ VariableValues sequenceParameters() {
     return values;
 }
 
+VariableValues pllInputs() {
+    return {{"DUAL", 0U},
+            {"GEN3_INT_DATA_WIDTH", 16U},
+            {"LaneNum", 0U},
+            {"LaneTxRxMode", "txrx_rate_together"s},
+            {"MAX_RATE", 0U},
+            {"MULTI_RATE", false},
+            {"OOB_ENABLE", false},
+            {"PCIE_USERCLK2_FREQ", 250.0F},
+            {"PCIE_USERCLK_FREQ", 250.0F},
+            {"RPLL_USED_FOR_SERIAL_DATA_RATE0", false},
+            {"XPU_MODE", 0.0F}};
+}
+
+VariableValues pllInputsOf(const std::string& side) {
+    VariableValues values{
+        {side + "PROGDIV_FREQ_ENABLE", false},
+        {side + "PROGDIV_FREQ_SOURCE", "LCPLL"s},
+        {side + "PROGDIV_FREQ_VAL", 322.265625},
+        {side + "_IN_USE", true},
+        // Twice, since PCIe at 8.0 Gb/s leaves the first out.
+        {side + "_LCPLL_PLLCLKOUT_FREQ_VECTOR", std::vector<double>{10.3125, 10.3125}},
+        {side + "_LCPLL_POWERDOWN", false},
+        {side + "_LCPLL_REFCLK_FREQUENCY", 156.25},
+        {side + "_LCPLL_REFCLK_ID", 0U},
+        {side + "_LCPLL_REFCLK_SOURCE", "R2"s},
+        {side + "_OUTCLK_SOURCE", side + "PROGDIVCLK"},
+        {side + "_PLL_TYPE", "LCPLL"s},
+        {side + "_RPLL_PLLCLKOUT_FREQ_VECTOR", std::vector<double>{3.90625}},
+        {side + "_RPLL_POWERDOWN", true},
+        {side + "_RPLL_REFCLK_FREQUENCY", 156.25},
+        {side + "_RPLL_REFCLK_ID", 0U},
+        {side + "_RPLL_REFCLK_SOURCE", "R0"s}};
+    for (const std::string channel : {"CH0", "CH1", "CH2", "CH3"}) {
+        values[side + "_" + channel + "_SYNCDONE_POSITION"] = "single"s;
+    }
+    return values;
+}
+
 }  // namespace
 
 VariableValues laneInputs() {
     return with(with(pllResults(), receiverParameters()),
                 with(transmitterParameters(), sequenceParameters()));
+}
+
+VariableValues quadInputs() {
+    return with(laneInputs(), with(pllInputs(), with(pllInputsOf("TX"), pllInputsOf("RX"))));
+}
+
+VariableValues randomLane(std::mt19937& random) {
+    static const std::vector<std::pair<std::string, std::vector<ruleValue>>> choices{
+        {"RX_DATA_DECODING", {"RAW"s, "8B10B"s, "64B66B_ASYNC"s, "128B130B"s}},
+        {"TX_DATA_ENCODING", {"RAW"s, "8B10B"s, "64B66B_ASYNC"s, "PRBS"s}},
+        {"RX_INT_DATA_WIDTH", {16U, 20U, 32U, 40U, 64U, 80U}},
+        {"TX_INT_DATA_WIDTH", {16U, 20U, 32U, 40U, 64U, 80U}},
+        {"RX_LINE_RATE", {2.5, 8.0, 10.3125, 16.0, 32.0}},
+        {"TX_LINE_RATE", {2.5, 8.0, 10.3125, 16.0, 32.0}},
+        {"RX_PLL_TYPE", {"LCPLL"s, "RPLL"s}},
+        {"TX_PLL_TYPE", {"LCPLL"s, "RPLL"s}},
+        {"RX_OUTCLK_SOURCE", {"RXPROGDIVCLK"s, "RXOUTCLKPMA"s, "RXPLLREFCLK"s}},
+        {"TX_OUTCLK_SOURCE", {"TXPROGDIVCLK"s, "TXOUTCLKPMA"s, "TXPLLREFCLK"s}},
+        {"RX_SYNCDONE_POSITION", {"single"s, "IM"s, "below"s, "above"s}},
+        {"TX_SYNCDONE_POSITION", {"single"s, "IM"s, "below"s, "above"s}},
+        {"RX_BUFFER_MODE", {0U, 1U}},
+        {"TX_BUFFER_MODE", {0U, 1U}},
+        {"RX_IN_USE", {false, true}},
+        {"TX_IN_USE", {false, true}},
+        {"TX_PIPM_ENABLE", {false, true}},
+        {"PCIE_ENABLE", {false, true}},
+        {"RX_PPM_OFFSET", {0U, 300U}},
+        {"RX_SSC_PPM", {0U, 5000U}},
+        {"RX_CC_NUM_SEQ", {0U, 1U, 2U}},
+        {"RX_CB_NUM_SEQ", {0U, 1U, 2U}},
+        {"RX_EQ_MODE", {"AUTO"s, "LPM"s}},
+        {"LaneNum", {0U, 1U, 2U, 3U}},
+        {"siliconRev", {"es1"s, "es2"s}}};
+    VariableValues lane;
+    for (const auto& [name, values] : choices) {
+        lane[name] =
+            values[std::uniform_int_distribution<std::size_t>(0, values.size() - 1)(random)];
+    }
+    return lane;
+}
+
+std::vector<std::string> differences(const VariableValues& left, const VariableValues& right) {
+    std::vector<std::string> names;
+    for (const auto& [name, value] : left) {
+        const auto found = right.find(name);
+        if (found == right.end() || !(found->second == value)) {
+            names.push_back(name);
+        }
+    }
+    for (const auto& [name, value] : right) {
+        if (left.count(name) == 0) {
+            names.push_back(name);
+        }
+    }
+    return names;
 }
 
 std::vector<std::string> blankResults(const LaneEngine& engine) {

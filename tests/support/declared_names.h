@@ -49,7 +49,4 @@ inline std::map<std::string, int> ruleNames(const sable_lanecfg::logicRules& rul
     return names;
 }
 
-/// The test of every row stands with `sxb_rule_alone`.
-class SxbLaneDeclaration : public testing::TestWithParam<DeclaredNames> {};
-
 }  // namespace lanecfg_test
