@@ -1,0 +1,278 @@
+#include "support/captured_messages.h"
+#include "support/packing_request.h"
+#include "support/quad_usage.h"
+#include "support/reference_data.h"
+#include "support/temporary_directory.h"
+
+#include <lanecfg/lane_cfg_ip_mgr.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+namespace {
+
+using lanecfg_test::CapturedMessages;
+using lanecfg_test::noVcoText;
+using lanecfg_test::PackingRequest;
+using lanecfg_test::QuadUsage;
+using lanecfg_test::rateOf;
+using lanecfg_test::RateSettings;
+using lanecfg_test::receive;
+using lanecfg_test::textsOf;
+using lanecfg_test::transmit;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
+
+/// 10.3125 Gb/s in both directions, user words of two internal ones: the LCPLL runs at 66 times
+/// the reference clock.
+RateSettings tenGigabitEthernet(const std::string& source = "R0") {
+    RateSettings settings = rateOf(10.3125, "LCPLL", 156.25, source);
+    settings.coding = "64B66B_ASYNC";
+    settings.userDataWidth = 64;
+    return settings;
+}
+
+class SxcInstance : public testing::Test {
+  protected:
+    std::unique_ptr<lane_cfg_instance> made(const PackingRequest& request) const {
+        return made(request, "SXC", database, deviceData);
+    }
+
+    std::unique_ptr<lane_cfg_instance> made(
+        PackingRequest request, const std::string& family, const gt_db_load& content,
+        const std::map<std::string, std::vector<std::string>>& settings) const {
+        // The packing does not ask for the receiver's buffer, the rate table does.
+        for (auto& lane : request.userParams.at(receive)) {
+            for (auto& rate : lane) {
+                rate["RX_BUFFER_MODE"] = 1U;
+            }
+        }
+        return std::unique_ptr<lane_cfg_instance>(lane_cfg_ip_mgr::createLaneCfgInstance(
+            "quad", family, request.channels, quads.quads, content.m_paramTypes, request.userParams,
+            content.m_fields, settings));
+    }
+
+    static PackingRequest oneLane(const RateSettings& settings = tenGigabitEthernet()) {
+        PackingRequest request;
+        request.addBoth(0, {settings});
+        return request;
+    }
+
+    template <class Value>
+    static Value valueIn(const lane_cfg_instance& instance, std::size_t lane,
+                         const std::string& name, std::size_t pass = 0) {
+        return boost::get<Value>(instance.blockVarMap.at(lane).at(pass).at(name).value);
+    }
+
+    const gt_db_load database = lanecfg_test::referenceDatabase("SXC");
+    std::map<std::string, std::vector<std::string>> deviceData = database.m_deviceData;
+    QuadUsage quads;
+    CapturedMessages messages;
+};
+
+TEST_F(SxcInstance, IsWhatTheManagerMakesOfTheFamilyWord) {
+    const auto instance = made(oneLane());
+    ASSERT_NE(instance, nullptr);
+    EXPECT_EQ(instance->instanceName, "quad");
+    EXPECT_EQ(instance->familyName, "SXC");
+    EXPECT_EQ(instance->family, "SXC");
+}
+
+TEST_F(SxcInstance, HasNoFrozenRules) {
+    const PackingRequest request = oneLane();
+    EXPECT_EQ(lane_cfg_ip_mgr::createLaneCfgIterStableInstance(
+                  "quad", "SXC", request.channels, {}, database.m_paramTypes, request.userParams,
+                  database.m_fields, database.m_deviceData),
+              nullptr);
+}
+
+TEST_F(SxcInstance, RegistersReceiveThenTransmitThenPllRules) {
+    const auto instance = made(PackingRequest());
+    const auto numberOf = [&instance](const std::string& name) {
+        return instance->varMap.at(name).ruleNumber.value_or(-1);
+    };
+    EXPECT_EQ(numberOf("RX_PCS_CFG0.RX_DATA_WIDTH"), 0);
+    EXPECT_EQ(numberOf("TX_PCS_CFG0.TX_DATA_WIDTH"), 814);
+    EXPECT_EQ(numberOf("INT_LCPLL_PLLCLKOUT_VECTOR"), 814 + 198);
+    EXPECT_EQ(numberOf("RPLL_REFCLK_IPS"), 814 + 198 + 936 - 1);
+}
+
+TEST_F(SxcInstance, GivesTheRulesWhatThePackingFound) {
+    const auto instance = made(oneLane());
+    EXPECT_THAT(instance->packedChannels, IsEmpty());
+    EXPECT_TRUE(valueIn<bool>(*instance, 0, "TX_IN_USE"));
+    EXPECT_TRUE(valueIn<bool>(*instance, 0, "RX_IN_USE"));
+    EXPECT_THAT(valueIn<std::vector<double>>(*instance, 0, "TX_LCPLL_PLLCLKOUT_FREQ_VECTOR"),
+                ElementsAre(10.3125));
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV"), 66U);
+    EXPECT_THAT(messages.records(), IsEmpty());
+}
+
+TEST_F(SxcInstance, KeepsTheReasonsOfARequestThatDoesNotPack) {
+    // The rates need 5.15625 or 10.3125 GHz, and 5.5 or 11.0.
+    PackingRequest request;
+    request.addBoth(0, {rateOf(10.3125)}).addBoth(1, {rateOf(11.0)});
+    EXPECT_EQ(textsOf(made(request)->packedChannels).front(), noVcoText("LCPLL", 0, 0));
+}
+
+TEST_F(SxcInstance, TellsTheUserOfAFaultInTheValuesAndGoesOn) {
+    PackingRequest request = oneLane();
+    request.parametersAt(receive, 0).erase("RX_PLL_TYPE");
+    const auto instance = made(request);
+    EXPECT_THAT(messages.texts(0x20000000),
+                Contains(MatchesRegex("Exception caught RX_PLL_TYPE is missing in RX of lane 0 at "
+                                      "rate 0 at [0-9]+ of file ip/rule_engine/gt_rule_engine/src/"
+                                      "lane_cfg_sxb_instance\\.")));
+    EXPECT_FALSE(valueIn<bool>(*instance, 0, "RX_IN_USE"));
+}
+
+TEST_F(SxcInstance, StartsEveryPassWithoutCandidateClocks) {
+    const auto instance = made(oneLane());
+    EXPECT_THAT(valueIn<std::vector<double>>(*instance, 1, "TX_LCPLL_PLLCLKOUT_FREQ_VECTOR"),
+                IsEmpty());
+    // So an idle lane keeps the solution of the lane before it.
+    EXPECT_EQ(valueIn<unsigned>(*instance, 1, "A_CFG1.A_HS0_LCPLLFBDIV"), 64U);
+}
+
+TEST_F(SxcInstance, GivesTheRulesThePositionsInTheQuad) {
+    quads.add("RX_QUAD_CH", "RXQUAD_0", {"a.0", "a.1", "a.2", "b.0"}, {"1", "0", "0", "1"});
+    PackingRequest request;
+    for (int lane = 0; lane < 4; ++lane) {
+        request.addBoth(lane, {tenGigabitEthernet()});
+    }
+    const auto instance = made(request);
+    const std::vector<std::string> positions{"bottom", "middle", "top", "single"};
+    const std::vector<std::string> alignments{"IM", "above", "above", "single"};
+    for (std::size_t lane = 0; lane < 4; ++lane) {
+        EXPECT_EQ(valueIn<std::string>(*instance, lane, "RX_PIPE_POSITION"), positions[lane]);
+        EXPECT_EQ(valueIn<std::string>(*instance, lane, "RX_SYNCDONE_POSITION"), alignments[lane]);
+    }
+    // Of three channels the second is the first one of the upper half.
+    EXPECT_TRUE(valueIn<bool>(*instance, 1, "RX_MAINTAIN_MASTER"));
+    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "middle");
+}
+
+TEST_F(SxcInstance, WithoutQuadsLeavesThePositionsAtTheirDefaults) {
+    const auto instance = made(oneLane());
+    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "single");
+    EXPECT_EQ(valueIn<std::string>(*instance, 0, "RX_CH3_SYNCDONE_POSITION"), "single");
+}
+
+TEST_F(SxcInstance, CountsTheRatesOfItsLanes) {
+    RateSettings faster = tenGigabitEthernet();
+    faster.lineRate = 12.5;
+    PackingRequest request;
+    request.addBoth(0, {tenGigabitEthernet(), faster});
+    const auto instance = made(request);
+    ASSERT_THAT(instance->blockVarMap[0], SizeIs(2));
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV", 1), 80U);
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "MAX_RATE"), 1U);
+    EXPECT_TRUE(valueIn<bool>(*instance, 0, "MULTI_RATE"));
+    EXPECT_THAT(instance->blockVarMap[1], SizeIs(1));
+}
+
+TEST_F(SxcInstance, ReportsTheFastestOutputClocks) {
+    RateSettings half = tenGigabitEthernet();
+    half.lineRate = 5.15625;
+    PackingRequest request;
+    request.addBoth(0, {half, tenGigabitEthernet()});
+    const auto clocks = made(request)->getOutClkFrequencies();
+    // A coded word of 80 bits at 10.3125 Gb/s comes at 128.90625 MHz.
+    EXPECT_EQ(clocks.at("CH0_TXOUTCLK"), "128.906");
+    EXPECT_EQ(clocks.at("CH0_RXOUTCLK"), "128.906");
+}
+
+TEST_F(SxcInstance, TakesTheDualsPllFromTheLaneThatUsesIt) {
+    PackingRequest request;
+    request.addBoth(1, {tenGigabitEthernet("R2")}).addBoth(2, {tenGigabitEthernet("R3")});
+    const std::map<std::string, std::string> answer = made(request)->getAttributes();
+    // R0 to R5 are codes 1 to 6.
+    EXPECT_EQ(answer.at("HS0_LCPLL_IPS_REFCLK_SEL"), "3");
+    EXPECT_EQ(answer.at("HS1_LCPLL_IPS_REFCLK_SEL"), "4");
+    EXPECT_EQ(answer.at("A_CFG1"), std::to_string(64U + (78U << 8) + (64U << 16) + (78U << 24)));
+}
+
+TEST_F(SxcInstance, ResetsTheOscillatorOfEachLaneByItself) {
+    // Lane 0 with its interpolator, all others with a buffer and without, so passed by.
+    RateSettings unbuffered = tenGigabitEthernet();
+    unbuffered.bufferMode = 0;
+    PackingRequest request;
+    request.addBoth(0, {unbuffered}).addBoth(1, {tenGigabitEthernet()});
+    const auto word = std::stoul(made(request)->getAttributes().at("MST_RESET_CFG"));
+    EXPECT_EQ((word >> 8) & 1U, 1U);
+    EXPECT_EQ((word >> 13) & 1U, 0U);
+}
+
+TEST_F(SxcInstance, AnswersTheSameOnEverySilicon) {
+    const std::map<std::string, std::string> answer = made(oneLane())->getAttributes();
+    for (const char* const revision : {"es1", "ES1", "es2"}) {
+        deviceData["siliconRev"] = {revision};
+        EXPECT_EQ(made(oneLane())->getAttributes(), answer) << revision;
+    }
+}
+
+TEST_F(SxcInstance, LeavesAnInstanceOfSxbAlone) {
+    const gt_db_load other = lanecfg_test::referenceDatabase("SXB");
+    const auto attributesOfSxb = [&] {
+        return made(oneLane(), "SXB", other, other.m_deviceData)->getAttributes();
+    };
+    const auto alone = attributesOfSxb();
+    const auto instance = made(oneLane());
+    EXPECT_EQ(attributesOfSxb(), alone);
+    EXPECT_NE(instance->getAttributes(), alone);
+}
+
+class SxcMemoryImage : public SxcInstance {
+  protected:
+    static std::string fileOf(std::map<std::string, std::string> sections) {
+        std::string text;
+        sections.erase("@00016000");
+        for (const auto& [key, section] : sections) {
+            text += key + "\n" + section;
+        }
+        return text;
+    }
+
+    static std::string firmware() {
+        return lanecfg_test::readFile(lanecfg_test::dataFolder() / "firmware" / "sxc.mem");
+    }
+};
+
+TEST_F(SxcMemoryImage, HasTheSectionsOfTheFamilyAndTheTable) {
+    std::vector<std::string> keys;
+    for (const auto& [key, text] : made(oneLane())->getMemContent()) {
+        keys.push_back(key);
+    }
+    EXPECT_THAT(keys, ElementsAre("@00008000", "@00008050", "@00012250", "@00012254", "@00012300",
+                                  "@00012448", "@00016000"));
+}
+
+TEST_F(SxcMemoryImage, HoldsTheFirmwareOfTheFamily) {
+    EXPECT_TRUE(fileOf(made(oneLane())->getMemContent()) == firmware());
+}
+
+TEST_F(SxcMemoryImage, IsTheSameOnEverySilicon) {
+    for (const char* const revision : {"es1", "ES1", "ES2", ""}) {
+        deviceData["siliconRev"] = {revision};
+        EXPECT_TRUE(fileOf(made(oneLane())->getMemContent()) == firmware()) << revision;
+    }
+}
+
+TEST_F(SxcMemoryImage, HoldsTheTableAlsoAfterATableWasMade) {
+    const auto instance = made(oneLane());
+    const std::string table = instance->generateRateTable(true);
+    EXPECT_EQ(instance->getMemContent().at("@00016000"), table);
+    EXPECT_EQ(instance->getMemContent().at("@00016000"), table);
+}
+
+}  // namespace
+}  // namespace sable_lanecfg
