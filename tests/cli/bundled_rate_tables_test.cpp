@@ -288,6 +288,73 @@ INSTANTIATE_TEST_SUITE_P(
             }}),
     CaseName());
 
+/// What one CPRI rate writes; codes and dividers as they stand in the registers.
+struct CpriRate {
+    std::uint32_t feedback;      ///< of the LCPLL, less 2
+    std::uint32_t recovery;      ///< 32 over the output divider, as its code
+    std::uint32_t interpolator;  ///< 4 words times the output divider times 16 / 4, as its code
+    std::uint32_t wordDivider;   ///< half of 40 bits times the output divider
+    std::uint32_t loopFilter;
+    std::uint32_t output;  ///< output divider, as its code
+};
+
+// Output dividers 8, 4, 4, 2, 2, 1. 128 steps of the interpolator have no code.
+constexpr CpriRate cpriRates[] = {{38, 2, 0, 160, 92, 3}, {38, 3, 11, 80, 92, 2},
+                                  {48, 3, 11, 80, 74, 2}, {38, 4, 7, 40, 92, 1},
+                                  {48, 4, 7, 40, 74, 1},  {38, 5, 3, 20, 92, 0}};
+
+/// The words of one rate for lane 0 or lane 2, each of which has a dual for itself.
+std::vector<std::uint32_t> cpriBody(const CpriRate& rate, bool isSecondDual) {
+    const std::uint32_t shift = isSecondDual ? 16 : 0;
+    const std::uint32_t idle = 0x4e4e4e4e;
+    const std::uint32_t feedbacks =
+        (idle & ~(0xffU << shift)) | (rate.feedback << shift);  // A_CFG1 of both duals
+    const std::uint32_t recovery = 0x00242288 | (rate.recovery << 14);
+    const std::uint32_t interpolator = 0x0000001c | (rate.interpolator << 8);
+    const std::uint32_t wordDivider = rate.wordDivider << 2;
+    const std::uint32_t filter = 0x01400011 | (rate.loopFilter << 5);
+    const std::uint32_t dividers = 0x0012f808 | (rate.output << 5) | (rate.output << 8);
+    std::vector<std::uint32_t> words{
+        0x019203bc,                   // 0x90 and 0x77, both with masks
+        0x16U << shift, feedbacks,    // the bits in which 38 and 48 differ
+        txMask,         equalWidths,  //
+        0x000de1bc,                   // 0x6f and 0x37
+        recovery,       interpolator};
+    // The filter of the first dual is at 0x7a, that of the second at 0x27a, behind the dividers.
+    const std::vector<std::uint32_t> rest =
+        isSecondDual ? std::vector<std::uint32_t>{0x00122394,  // 0x91 and 0x72
+                                                  wordDivider, dividers,
+                                                  0x004f53d0,  // 0x27a alone
+                                                  filter}
+                     : std::vector<std::uint32_t>{0x000f4394,  // 0x7a and 0x72
+                                                  wordDivider, filter,
+                                                  0x00122488,  // 0x91 alone
+                                                  dividers};
+    return joined(std::move(words), rest);
+}
+
+std::vector<std::uint32_t> cpriTable() {
+    std::vector<std::uint32_t> words{
+        // All duplex; groups {0}, {1, 3} and {2}: masters 1, 2, 1, 0, groups 0, 0100, 1010, 0001.
+        0x1ec80943, 0x1ec80943,  //
+        0x0060340a, 0x0060340a,  // channel 0: 6 rates of 13 words from word 10
+        0x00100c58, 0x00100c58,  // channel 1: 1 rate of defaults, 3 words from word 88
+        0x0060345b, 0x0060345b,  // channel 2: 6 rates of 13 words from word 91
+        0x001000a9, 0x001000a9,  // channel 3 follows channel 1
+    };
+    for (const CpriRate& rate : cpriRates) {
+        words = joined(std::move(words), cpriBody(rate, false));
+    }
+    words = joined(std::move(words), {sxbPipeHeader, txMask, equalWidths});
+    for (const CpriRate& rate : cpriRates) {
+        words = joined(std::move(words), cpriBody(rate, true));
+    }
+    return words;
+}
+
+INSTANTIATE_TEST_SUITE_P(SxbCpri, BundledTableWords,
+                         testing::Values(BundledTable{"sxb_cpri", cpriTable()}), CaseName());
+
 /// All bundled requests of all families.
 class EveryBundledTable : public CommandLine, public testing::WithParamInterface<std::string> {};
 
