@@ -108,6 +108,24 @@ class catalogue_registration {
     std::set<std::string> sharedFields_;
 };
 
+/// Collects the names of the logic fields and steps that it visits.
+class logic_names {
+  public:
+    void constant(const std::string& /*name*/, unsigned int /*value*/) {}
+    void copy(const std::string& /*field*/, const std::string& /*flag*/) {}
+    void shared(const std::string& /*field*/) {}
+    void word(const std::string& /*name*/, const std::vector<registerField>& /*fields*/) {}
+    void logic(const std::string& rule, const std::string& /*ownField*/) { names.insert(rule); }
+
+    std::set<std::string> names;
+};
+
+std::set<std::string> logicNames(const register_catalogue& catalogue) {
+    logic_names visited;
+    visitRules(catalogue, visited);
+    return visited.names;
+}
+
 }  // namespace
 
 const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name) {
@@ -130,6 +148,16 @@ void replaceRule(logicRules& rules, const std::string& name, ruleDeclarer rule) 
 
 void removeRule(logicRules& rules, const std::string& name) {
     rules.erase(placeOf(rules, name));
+}
+
+void removeRulesWithoutPlace(logicRules& rules, const register_catalogue& before,
+                             const register_catalogue& after) {
+    const std::set<std::string> kept = logicNames(after);
+    for (const std::string& name : logicNames(before)) {
+        if (kept.count(name) == 0) {
+            removeRule(rules, name);
+        }
+    }
 }
 
 std::vector<std::string> fieldNames(const std::string& registerName,

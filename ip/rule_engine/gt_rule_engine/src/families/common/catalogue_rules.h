@@ -26,6 +26,9 @@ const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name)
 void addRule(logicRules& rules, const std::string& name, ruleDeclarer rule);
 void replaceRule(logicRules& rules, const std::string& name, ruleDeclarer rule);
 void removeRule(logicRules& rules, const std::string& name);
+/// Removes the rules of the logic fields and steps that one catalogue has and the other lacks.
+void removeRulesWithoutPlace(logicRules& rules, const register_catalogue& before,
+                             const register_catalogue& after);
 
 /// The variables of a register's fields, which its word declares as inputs.
 std::vector<std::string> fieldNames(const std::string& registerName,

@@ -69,6 +69,14 @@ void register_catalogue::insertBefore(std::string_view successor, catalogueEntry
     entries_.insert(entryNamed(successor), std::move(entry));
 }
 
+void register_catalogue::insertAfter(std::string_view predecessor, catalogueEntry entry) {
+    const auto place = std::find_if(entries_.rbegin(), entries_.rend(), isNamed(predecessor));
+    if (place == entries_.rend()) {
+        refuse("no entry", predecessor);
+    }
+    entries_.insert(place.base(), std::move(entry));
+}
+
 void register_catalogue::replace(catalogueEntry entry) {
     const auto place = entryNamed(entry.name);
     if (std::find_if(std::next(place), entries_.end(), isNamed(entry.name)) != entries_.end()) {

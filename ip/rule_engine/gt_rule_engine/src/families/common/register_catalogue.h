@@ -100,6 +100,8 @@ class register_catalogue {
     void append(catalogueEntry entry);
     /// Puts the entry in front of the first one named `successor`.
     void insertBefore(std::string_view successor, catalogueEntry entry);
+    /// Puts the entry behind the last one named `predecessor`.
+    void insertAfter(std::string_view predecessor, catalogueEntry entry);
     /// Puts the entry in the place of the one of its name, which must be the only one.
     void replace(catalogueEntry entry);
     /// Removes every entry of that name.

@@ -2,6 +2,8 @@
 
 #include "families/common/register_catalogue.h"
 
+#include <optional>
+
 namespace sable_lanecfg {
 
 namespace {
@@ -44,17 +46,23 @@ unsigned int bitsOfWidthCode(unsigned int code) {
     return codeOf(bitsOfCodes, code);
 }
 
-ruleDeclarer gearbox(const laneSide& side, const std::string& registerName) {
-    return [side, registerName](rule_declaration& rule) {
+ruleDeclarer gearbox(const laneSide& side, const std::string& registerName,
+                     gearboxContent content) {
+    return [side, registerName, content](rule_declaration& rule) {
         const auto coding = rule.reads<std::string>(std::string(side.coding));
         const auto inUse = rule.writes(fieldName(registerName, "USE_GB"));
         const auto mode = rule.writes(fieldName(registerName, "MODE"));
-        const auto asynchronous = rule.writes(side.within("INT_", "_ASYNC_GEARBOX_EN"));
+        std::optional<rule_output<unsigned int>> asynchronous;
+        if (content == gearboxContent::fieldsAndAsynchronous) {
+            asynchronous = rule.writes(side.within("INT_", "_ASYNC_GEARBOX_EN"));
+        }
         rule.body([=] {
             const bool used = holds(coding(), "64B");
             inUse.set(used ? 1 : 0);
             mode.set(gearboxMode(coding()));
-            asynchronous.set(used && holds(coding(), "ASYNC") ? 1 : 0);
+            if (asynchronous) {
+                asynchronous->set(used && holds(coding(), "ASYNC") ? 1 : 0);
+            }
         });
     };
 }

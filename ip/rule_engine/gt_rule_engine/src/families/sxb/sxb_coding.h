@@ -23,7 +23,14 @@ ruleDeclarer userWidthCode(const laneSide& side);
 /// Bits of a user data width by its code, 0 for a code that stands for no width.
 unsigned int bitsOfWidthCode(unsigned int code);
 
-/// Use and mode of the gearbox, and whether it is asynchronous. The fields are of `registerName`.
-ruleDeclarer gearbox(const laneSide& side, const std::string& registerName);
+/// What a gearbox rule writes.
+enum class gearboxContent {
+    fields,                ///< use and mode
+    fieldsAndAsynchronous  ///< also the intermediate that tells whether it is asynchronous
+};
+
+/// Use and mode of the gearbox. The fields are of `registerName`.
+ruleDeclarer gearbox(const laneSide& side, const std::string& registerName,
+                     gearboxContent content = gearboxContent::fieldsAndAsynchronous);
 
 }  // namespace sable_lanecfg

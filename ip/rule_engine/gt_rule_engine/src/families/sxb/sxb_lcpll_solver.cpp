@@ -2,6 +2,7 @@
 #include "families/common/device_limit.h"
 #include "families/common/rule_arithmetic.h"
 #include "families/sxb/sxb_pll_catalogue.h"
+#include "families/sxb/sxb_pll_dividers.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
 #include "user_clock.h"
 
@@ -13,27 +14,10 @@ namespace sable_lanecfg {
 
 namespace {
 
-/// PLL clocks (GHz) up to here are half of the oscillator's.
-constexpr double highestHalfRateClock = 8.1875;
 /// Line rate (Gb/s) at which PCIe leaves out the first candidate.
 constexpr double pcieThirdGeneration = 8.0;
 /// Slack of the oscillator's limits (GHz).
 constexpr double limitSlack = 0.000000001;
-
-/// A candidate clock with what the oscillator has to run at for it.
-struct lcpll_candidate {
-    explicit lcpll_candidate(double pllClock)
-        : clock(pllClock),
-          isFullRate(pllClock > highestHalfRateClock),
-          oscillator(isFullRate ? pllClock : 2.0 * pllClock) {}
-
-    /// Oscillator in MHz.
-    double megahertz() const { return oscillator * clocking::megahertzPerGigahertz; }
-
-    double clock;
-    bool isFullRate;
-    double oscillator;  ///< GHz
-};
 
 /// Finds the dividers of the LCPLL. Without a solution they stay those of the pass before.
 class lcpll_solver {
@@ -78,12 +62,9 @@ class lcpll_solver {
     bool solveWithoutFraction(const std::vector<double>& clocks) const {
         for (const double clock : clocks) {
             const lcpll_candidate candidate = tried(clock);
-            const double ratio = candidate.megahertz() / referenceClock_();
-            for (const int divider : clocking::lcpll::preDividers) {
-                if (takeFeedback(candidate, divider, clocking::lcpll::integerFeedbackDividers,
-                                 divider * ratio)) {
-                    return true;
-                }
+            if (const auto found = wholeLcpllDividers(candidate, referenceClock_())) {
+                take(candidate, *found);
+                return true;
             }
         }
         return false;
@@ -104,7 +85,8 @@ class lcpll_solver {
             const double whole = std::floor(ratio);
             // Stays in place also when the divider is not taken.
             fraction_.set(truncated((ratio - whole) * clocking::fractionScale));
-            if (takeFeedback(candidate, divider, clocking::fractionalFeedbackDividers, whole)) {
+            if (const auto feedback = feedbackFor(clocking::fractionalFeedbackDividers, whole)) {
+                take(candidate, {static_cast<unsigned int>(divider), *feedback});
                 return true;
             }
         }
@@ -118,18 +100,10 @@ class lcpll_solver {
                candidate.oscillator <= highest + limitSlack;
     }
 
-    template <class Dividers>
-    bool takeFeedback(const lcpll_candidate& candidate, int divider, const Dividers& dividers,
-                      double wanted) const {
-        for (const int feedback : dividers) {
-            if (clocking::agree(feedback, wanted)) {
-                referenceDivider_.set(static_cast<unsigned int>(divider));
-                feedbackDivider_.set(static_cast<unsigned int>(feedback));
-                clock_.set(candidate.clock);
-                return true;
-            }
-        }
-        return false;
+    void take(const lcpll_candidate& candidate, const pll_dividers& dividers) const {
+        referenceDivider_.set(dividers.reference);
+        feedbackDivider_.set(dividers.feedback);
+        clock_.set(candidate.clock);
     }
 
     rule_input<std::vector<double>> clocks_;

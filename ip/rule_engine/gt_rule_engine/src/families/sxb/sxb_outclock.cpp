@@ -45,6 +45,14 @@ double wordFrequency(double lineRate, unsigned int bits) {
     return bits == 0 ? std::numeric_limits<double>::infinity() : lineRate * 1000.0 / bits;
 }
 
+bool transmitDividerSelects::dividesLcpll() const {
+    if (takesRpll()) {
+        return false;
+    }
+    const bool followsPllClock = programmableClock() == 1 || bypassesInterpolator() == 1;
+    return (followsPllClock ? pllClock() : oscillatorSource()) == 1;
+}
+
 double programmablePath::clock() const {
     return pllClock / divider / (bypassesAligner ? 1.0 : 2.0) / outputDivider;
 }

@@ -56,6 +56,18 @@ std::string referenceSource(bool ofLcpll, const pllPair<unsigned int>& selectors
 /// Words a second, in MHz for a line rate in Gb/s; infinite for a word without bits.
 double wordFrequency(double lineRate, unsigned int bits);
 
+/// What decides which PLL clocks the transmitter's programmable divider.
+struct transmitDividerSelects {
+    rule_input<unsigned int> programmableClock;
+    rule_input<unsigned int> pllClock;
+    rule_input<unsigned int> bypassesInterpolator;
+    rule_input<unsigned int> oscillatorSource;
+
+    /// The phase interpolator's clock is the RPLL, whatever serves the line.
+    bool takesRpll() const { return programmableClock() == 2; }
+    bool dividesLcpll() const;
+};
+
 /// The way from a PLL through the programmable divider and the delay aligner.
 struct programmablePath {
     double pllClock;             ///< GHz

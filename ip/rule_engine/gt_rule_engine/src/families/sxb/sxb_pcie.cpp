@@ -120,6 +120,10 @@ void recoveryReferenceMode(rule_declaration& rule) {
 
 }  // namespace
 
+ruleDeclarer firstGenerationBufferDivider() {
+    return generationDivider(firstGenerationPipeClock);
+}
+
 void addPcieRules(logicRules& rules) {
     rules.emplace("PIPE_CTRL_CFG0.PCIE_MODE", byFlag("PCIE_ENABLE", 1, 0));
     rules.emplace("PIPE_CTRL_CFG8.CDR_CTRL_EN", byFlag("PCIE_ENABLE", 1, 0));

@@ -25,12 +25,14 @@ void pinsWithoutXpu(rule_declaration& rule) {
     rule.gives([=] { return xpuMode() == 0.0F ? 1U : 0U; });
 }
 
-void lowPowerEqualiser(rule_declaration& rule) {
-    const auto mode = rule.reads<std::string>("INT_RX_EQ_MODE");
-    rule.gives([=] { return mode() == "DFE" ? 0U : 1U; });
-}
-
 }  // namespace
+
+ruleDeclarer lowPowerEqualiser(const std::string& modeName) {
+    return [modeName](rule_declaration& rule) {
+        const auto mode = rule.reads<std::string>(modeName);
+        rule.gives([=] { return mode() == "DFE" ? 0U : 1U; });
+    };
+}
 
 void addPinRules(logicRules& rules) {
     const auto either = [](bool xpu, bool pcie) { return xpu || pcie; };
@@ -49,7 +51,7 @@ void addPinRules(logicRules& rules) {
     rules.emplace("FABRIC_INTF_CFG0.APT_PIN_EN", byFlag("PCIE_ENABLE", 0, 1));
     rules.emplace("FABRIC_INTF_CFG1.A_RXPD", byFlag("RX_IN_USE", 0, deepestPowerDown));
     rules.emplace("FABRIC_INTF_CFG3.A_TXPD", byFlag("TX_IN_USE", 0, deepestPowerDown));
-    rules.emplace("FABRIC_INTF_CFG1.A_RXLPMEN", lowPowerEqualiser);
+    rules.emplace("FABRIC_INTF_CFG1.A_RXLPMEN", lowPowerEqualiser("INT_RX_EQ_MODE"));
 }
 
 }  // namespace sable_lanecfg

@@ -30,6 +30,12 @@ void addBufferRules(logicRules& rules);
 void addPinRules(logicRules& rules);
 void addResetEnableRules(logicRules& rules);
 
+/// Selector code of a PLL's reference clock, by the clock's source.
+ruleDeclarer referenceClockSelect(const std::string& pll);
+/// Divider of the fabric clock buffer in the first PCIe generation, 0 without PCIe.
+ruleDeclarer firstGenerationBufferDivider();
+/// Low power equaliser of a receiver whose mode, a text variable, is not "DFE".
+ruleDeclarer lowPowerEqualiser(const std::string& modeName);
 /// Bypass of the delay aligner by the direction's own parameters alone.
 ruleDeclarer delayAlignerBypass(const laneSide& side);
 /// Reset of a PLL by a lane of which that direction runs from it.

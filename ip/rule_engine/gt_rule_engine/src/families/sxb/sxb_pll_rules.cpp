@@ -13,13 +13,6 @@ namespace {
 /// Feedback divider of a PLL that was never solved; its field reads 78, as that of an idle slot.
 constexpr unsigned int idleFeedbackDivider = 80;
 
-void enterIfUnset(gt_rule_engine& engine, const std::string& name, const ruleValue& value) {
-    const variable* const known = engine.findVariable(name);
-    if (known == nullptr || known->second.value.which() == 0) {
-        engine.setVal(name, value);
-    }
-}
-
 }  // namespace
 
 std::map<std::string, ruleValue> sxbPassStartValues() {
@@ -32,18 +25,32 @@ std::map<std::string, ruleValue> sxbPassStartValues() {
     return values;
 }
 
-void enterSxbPllStartValues(gt_rule_engine& engine) {
-    for (const auto& [name, value] : sxbPassStartValues()) {
-        enterIfUnset(engine, name, value);
-    }
+startValues sxbSolverStartValues() {
+    startValues values;
     for (const std::string pll : {"LCPLL", "RPLL"}) {
-        enterIfUnset(engine, "INT_" + pll + "_REF_DIV", 1U);
-        enterIfUnset(engine, "INT_" + pll + "_FBDIV", idleFeedbackDivider);
-        enterIfUnset(engine, "INT_" + pll + "_PLLCLKOUT", 0.0);
-        enterIfUnset(engine, "INT_" + pll + "_SDMDATA", 0U);
+        values.emplace_back("INT_" + pll + "_REF_DIV", 1U);
+        values.emplace_back("INT_" + pll + "_FBDIV", idleFeedbackDivider);
+        values.emplace_back("INT_" + pll + "_PLLCLKOUT", 0.0);
+        values.emplace_back("INT_" + pll + "_SDMDATA", 0U);
     }
-    enterIfUnset(engine, "INT_LCPLLCLKOUTRATE", std::string("FULL"));
-    enterIfUnset(engine, "INT_DOUBLER_EN", 0U);
+    values.emplace_back("INT_LCPLLCLKOUTRATE", std::string("FULL"));
+    values.emplace_back("INT_DOUBLER_EN", 0U);
+    return values;
+}
+
+void enterStartValues(gt_rule_engine& engine, const startValues& values) {
+    for (const auto& [name, value] : values) {
+        const variable* const known = engine.findVariable(name);
+        if (known == nullptr || known->second.value.which() == 0) {
+            engine.setVal(name, value);
+        }
+    }
+}
+
+void enterSxbPllStartValues(gt_rule_engine& engine) {
+    const std::map<std::string, ruleValue> ofPass = sxbPassStartValues();
+    enterStartValues(engine, {ofPass.begin(), ofPass.end()});
+    enterStartValues(engine, sxbSolverStartValues());
 }
 
 logicRules sxbPllLogicRules(const gt_rule_engine& engine) {

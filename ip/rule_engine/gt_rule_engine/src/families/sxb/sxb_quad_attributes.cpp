@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cstddef>
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -40,11 +42,6 @@ struct pllWord {
 
 constexpr std::array<pllWord, 4> pllWords{
     {{"A_CFG2", 0, "LCPLL"}, {"A_CFG3", 0, "RPLL"}, {"A_CFG4", 1, "LCPLL"}, {"A_CFG5", 1, "RPLL"}}};
-
-/// Reset enables of a channel, behind "CH0".
-constexpr std::array<const char*, 8> resetEnables{
-    "_LCPLL_RESET_EN", "_RPLL_RESET_EN",       "_ILO_RESET_EN",   "_TX_PROGDIV_RESET_EN",
-    "_TX_CH_RESET_EN", "_RX_PROGDIV_RESET_EN", "_RX_CH_RESET_EN", "_RX_LCPLL_RESET_EN"};
 
 /// A lane in its pass of rate 0 in both directions. Without such a pass nothing has a value.
 class first_pass {
@@ -90,8 +87,8 @@ class first_pass {
 /// Puts the words of a quad together.
 class quad_words {
   public:
-    explicit quad_words(gt_rule_engine& engine)
-        : engine_(engine), attributes_(engine.getAttribMap()) {
+    quad_words(gt_rule_engine& engine, const quadWordLayout& layout)
+        : engine_(engine), layout_(layout), attributes_(engine.getAttribMap()) {
         lanes_.reserve(engine.blockVarMap.size());
         for (const auto& passes : engine.blockVarMap) {
             lanes_.emplace_back(passes);
@@ -107,7 +104,9 @@ class quad_words {
         enterPllWords();
         enterReferenceWords();
         enterResetWords();
-        report("STAT_NPI_REG_LIST", engine_.statNpiRegList);
+        if (layout_.listsStaticRegisters) {
+            report("STAT_NPI_REG_LIST", engine_.statNpiRegList);
+        }
         reportRest();
         return std::move(attributes_);
     }
@@ -120,7 +119,8 @@ class quad_words {
     const first_pass& configuring(std::size_t dual, const std::string& pll) const {
         const first_pass& first = lanes_[2 * dual];
         const first_pass& second = lanes_[2 * dual + 1];
-        return !first.uses(pll) && second.uses(pll) ? second : first;
+        const bool isSecond = layout_.asksWhoUsesPlls && !first.uses(pll) && second.uses(pll);
+        return isSecond ? second : first;
     }
 
     void report(const std::string& name, const std::string& text) {
@@ -148,38 +148,40 @@ class quad_words {
         }
     }
 
-    /// The bare words are those of the second dual, which is entered last.
+    /// Of a word that both duals have, the fields of the dual that is entered last stand.
     void enterReferenceWords() {
-        for (std::size_t dual = 0; dual < duals; ++dual) {
-            for (const std::string pll : plls) {
-                enterReferenceFields(dual, pll);
-            }
+        for (const referenceWord& word : layout_.referenceWords) {
+            enterReferenceFields(word);
         }
-        for (const std::string pll : plls) {
-            compose(pll + "_REFCLK_IPS");
+        for (const referenceWord& word : layout_.referenceWords) {
+            compose(word.name);
         }
     }
 
-    void enterReferenceFields(std::size_t dual, const std::string& pll) {
-        const first_pass& lane = configuring(dual, pll);
+    void enterReferenceFields(const referenceWord& word) {
+        const first_pass& lane = configuring(word.dual, word.pll);
+        const std::string reported = "HS" + std::to_string(word.dual) + "_" + word.pll + "_";
         for (const referenceField& field : referenceFields) {
-            const std::string name = pll + "_REFCLK_IPS." + pll + "_" + field.field;
+            const std::string name = std::string(word.name) + "." + word.fieldPrefix + field.field;
             const unsigned int value = lane.number(name);
             engine_.setVal(name, value);
-            enterAndReport("HS" + std::to_string(dual) + "_" + pll + "_" + field.reported, value);
+            enterAndReport(reported + field.reported, value);
         }
     }
 
     void enterResetWords() {
         for (std::size_t lane = 0; lane < lanesOfQuad; ++lane) {
             const std::string channel = "CH" + std::to_string(lane);
-            for (const char* const enable : resetEnables) {
-                enterOwnField(lane, "MST_RESET_CFG." + channel + enable);
+            for (const laneField& field : layout_.laneFields) {
+                enterOwnField(lane, std::string(field.registerName) + "." + channel + field.ending);
             }
-            enterOwnField(lane, "CTRL_RSV_CFG0." + channel + "_RX_RPLL_RESET_EN");
         }
-        compose("MST_RESET_CFG");
-        compose("CTRL_RSV_CFG0");
+        std::set<std::string> words;
+        for (const laneField& field : layout_.laneFields) {
+            if (words.insert(field.registerName).second) {
+                compose(field.registerName);
+            }
+        }
     }
 
     void enterOwnField(std::size_t lane, const std::string& name) {
@@ -197,15 +199,35 @@ class quad_words {
     }
 
     gt_rule_engine& engine_;
+    const quadWordLayout& layout_;
     std::map<std::string, std::string> attributes_;
     std::vector<first_pass> lanes_;
 };
 
 }  // namespace
 
-std::map<std::string, std::string> quadAttributes(gt_rule_engine& engine) {
+quadWordLayout currentQuadWords() {
+    return {true,
+            {{"LCPLL_REFCLK_IPS", "LCPLL_", 0, "LCPLL"},
+             {"RPLL_REFCLK_IPS", "RPLL_", 0, "RPLL"},
+             {"LCPLL_REFCLK_IPS", "LCPLL_", 1, "LCPLL"},
+             {"RPLL_REFCLK_IPS", "RPLL_", 1, "RPLL"}},
+            {{"MST_RESET_CFG", "_LCPLL_RESET_EN"},
+             {"MST_RESET_CFG", "_RPLL_RESET_EN"},
+             {"MST_RESET_CFG", "_ILO_RESET_EN"},
+             {"MST_RESET_CFG", "_TX_PROGDIV_RESET_EN"},
+             {"MST_RESET_CFG", "_TX_CH_RESET_EN"},
+             {"MST_RESET_CFG", "_RX_PROGDIV_RESET_EN"},
+             {"MST_RESET_CFG", "_RX_CH_RESET_EN"},
+             {"MST_RESET_CFG", "_RX_LCPLL_RESET_EN"},
+             {"CTRL_RSV_CFG0", "_RX_RPLL_RESET_EN"}},
+            true};
+}
+
+std::map<std::string, std::string> quadAttributes(gt_rule_engine& engine,
+                                                  const quadWordLayout& layout) {
     engine.generateRateTable(true);
-    return quad_words(engine).finished();
+    return quad_words(engine, layout).finished();
 }
 
 }  // namespace sable_lanecfg

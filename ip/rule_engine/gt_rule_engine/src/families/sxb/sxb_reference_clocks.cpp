@@ -13,12 +13,14 @@ constexpr code_table<std::string_view, 7> referenceSourceCodes{
 
 }  // namespace
 
+ruleDeclarer referenceClockSelect(const std::string& pll) {
+    return codeOfVariable<std::string>("INT_" + pll + "_REFCLK_SOURCE", referenceSourceCodes);
+}
+
 void addReferenceClockRules(logicRules& rules) {
     for (const std::string pll : {"LCPLL", "RPLL"}) {
         const std::string field = pll + "_REFCLK_IPS." + pll;
-        rules.emplace(
-            field + "_IPS_REFCLK_SEL",
-            codeOfVariable<std::string>("INT_" + pll + "_REFCLK_SOURCE", referenceSourceCodes));
+        rules.emplace(field + "_IPS_REFCLK_SEL", referenceClockSelect(pll));
         // The upper dual sees the quad's two reference clocks in the other order.
         rules.emplace(field + "_REFCLK_MAP1", byNumber("DUAL", 2, 1));
         rules.emplace(field + "_REFCLK_MAP2", byNumber("DUAL", 1, 2));

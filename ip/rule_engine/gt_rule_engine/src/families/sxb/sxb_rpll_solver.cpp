@@ -1,6 +1,7 @@
 #include "clocking_domains.h"
 #include "families/common/rule_arithmetic.h"
 #include "families/sxb/sxb_pll_catalogue.h"
+#include "families/sxb/sxb_pll_dividers.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
 #include "user_clock.h"
 
@@ -35,13 +36,9 @@ rpll_ratio fractionalRatio(double clock, double referenceClock) {
 class rpll_solver {
   public:
     explicit rpll_solver(rule_declaration& rule)
-        : serialAtRate0_(rule.reads<bool>("RPLL_USED_FOR_SERIAL_DATA_RATE0")),
-          transmitInUse_(rule.reads<bool>("TX_IN_USE")),
-          receiveInUse_(rule.reads<bool>("RX_IN_USE")),
+        : use_(rule),
           clocks_(rule.reads<std::vector<double>>("INT_RPLL_PLLCLKOUT_VECTOR")),
           referenceClock_(rule.reads<double>("INT_RPLL_REFCLKFREQ")),
-          transmitPll_(rule.peeks<std::string>("TX_PLL_TYPE")),
-          receivePll_(rule.peeks<std::string>("RX_PLL_TYPE")),
           referenceDivider_(rule.writes("INT_RPLL_REF_DIV")),
           feedbackDivider_(rule.writes("INT_RPLL_FBDIV")),
           clock_(rule.writes<double>("INT_RPLL_PLLCLKOUT")),
@@ -57,26 +54,17 @@ class rpll_solver {
     }
 
   private:
-    bool servesSerialData() const {
-        return (transmitPll_() == "RPLL" && transmitInUse_()) ||
-               (receivePll_() == "RPLL" && receiveInUse_()) || serialAtRate0_();
-    }
-
     /// Result of this and of `solveWithFraction`: whether the clock found needs the doubler.
     bool solve() const {
-        if (servesSerialData()) {
-            // Only these dividers keep the clock clean enough, and no fraction does.
-            solveWithoutFraction(clocking::rpll::feedbackDividers);
-            return false;
-        }
-        return !solveWithoutFraction(clocking::rpll::freeFeedbackDividers) && solveWithFraction();
+        const bool servesData = use_.servesSerialData();
+        // No fraction keeps the clock of data clean enough.
+        return !solveWithoutFraction(servesData) && !servesData && solveWithFraction();
     }
 
-    template <class Dividers>
-    bool solveWithoutFraction(const Dividers& dividers) const {
+    bool solveWithoutFraction(bool servesData) const {
         for (const double clock : clocks_()) {
             const double ratio = clocking::megahertzPerGigahertz * clock / referenceClock_();
-            if (takeDividers(clock, ratio, dividers)) {
+            if (takeDividers(clock, ratio, servesData)) {
                 return true;
             }
         }
@@ -89,36 +77,26 @@ class rpll_solver {
             const double whole = std::floor(ratio.value);
             // Stays in place also when the clock is not taken.
             fraction_.set(truncated((ratio.value - whole) * clocking::fractionScale));
-            if (takeDividers(clock, whole, clocking::rpll::freeFeedbackDividers)) {
+            if (takeDividers(clock, whole, false)) {
                 return ratio.isDoubled;
             }
         }
         return false;
     }
 
-    template <class Dividers>
-    bool takeDividers(double clock, double ratio, const Dividers& dividers) const {
-        for (const int divider : clocking::rpll::preDividers) {
-            for (const int feedback : dividers) {
-                if (clocking::agree(feedback, divider * ratio)) {
-                    referenceDivider_.set(static_cast<unsigned int>(divider));
-                    feedbackDivider_.set(static_cast<unsigned int>(feedback));
-                    clock_.set(clock);
-                    return true;
-                }
-            }
+    bool takeDividers(double clock, double ratio, bool servesData) const {
+        const auto found = wholeRpllDividers(ratio, servesData);
+        if (found) {
+            referenceDivider_.set(found->reference);
+            feedbackDivider_.set(found->feedback);
+            clock_.set(clock);
         }
-        return false;
+        return found.has_value();
     }
 
-    rule_input<bool> serialAtRate0_;
-    rule_input<bool> transmitInUse_;
-    rule_input<bool> receiveInUse_;
+    rpll_use use_;
     rule_input<std::vector<double>> clocks_;
     rule_input<double> referenceClock_;
-    // Parameters of the rate, which are there before any rule runs.
-    rule_peek<std::string> transmitPll_;
-    rule_peek<std::string> receivePll_;
     rule_output<unsigned int> referenceDivider_;
     rule_output<unsigned int> feedbackDivider_;
     rule_output<double> clock_;

@@ -3,6 +3,7 @@
 #include "families/common/catalogue_rules.h"
 
 #include <functional>
+#include <string>
 
 namespace sable_lanecfg {
 
@@ -29,5 +30,7 @@ struct latencyReserve {
 
 /// Maximum latency of the elastic buffer; `readReserve` declares its inputs.
 ruleDeclarer maximumBufferLatency(std::function<latencyReserve(rule_declaration&)> readReserve);
+/// The fields that follow the equaliser's mode, which a text variable holds.
+logicRules equaliserFieldRules(const std::string& modeName);
 
 }  // namespace sable_lanecfg

@@ -59,8 +59,10 @@ class transmit_outclock {
   private:
     unsigned int bits() const { return bitsOfWidthCode(widthCode_()); }
 
-    /// The phase interpolator's clock is the RPLL, whatever serves the line.
-    bool takesRpll() const { return programmableClockSelect_() == 2; }
+    /// The PLL of the programmable divider need not be the one reported.
+    transmitDividerSelects dividerSelects() const {
+        return {programmableClockSelect_, pllClockSelect_, bypassesInterpolator_, clockSource_};
+    }
 
     bool reportsLcpll() const {
         switch (control_()) {
@@ -68,25 +70,15 @@ class transmit_outclock {
             case outclockOfAnalogueLayer:
                 return pllClockSelect_() == 1;
             case outclockOfProgrammableDivider:
-                return !takesRpll() && pllClockSelect_() == 1;
+                return !dividerSelects().takesRpll() && pllClockSelect_() == 1;
             default:
                 return referenceSelect_() == 1;
         }
     }
 
-    /// The PLL that clocks the programmable divider; it need not be the one reported.
-    bool dividesLcpll() const {
-        if (takesRpll()) {
-            return false;
-        }
-        const bool followsPllClock =
-            programmableClockSelect_() == 1 || bypassesInterpolator_() == 1;
-        return (followsPllClock ? pllClockSelect_() : clockSource_()) == 1;
-    }
-
     programmablePath path() const {
-        return {pllClocks_.of(dividesLcpll()), programmableDivider_(), bypassesAligner_() == 1,
-                outputDivider_()};
+        return {pllClocks_.of(dividerSelects().dividesLcpll()), programmableDivider_(),
+                bypassesAligner_() == 1, outputDivider_()};
     }
 
     rule_input<unsigned int> control_;
