@@ -41,7 +41,9 @@ def make_family(name, dump_program, output):
     database = DATABASES[name]
     contents = {
         "device.json": {"-3": database.limits},
-        "parameters.json": parameters_of(database.family, load_parameters()),
+        "parameters.json": parameters_of(
+            database.family, load_parameters(), database.defaults
+        ),
         "registers.json": place_registers(catalogue_of(dump_program, name), database.layout),
     }
     folder = output / name

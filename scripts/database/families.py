@@ -1,9 +1,14 @@
 """What the reference database of each family holds."""
 
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 
-from database.layout import SXA_LAYOUT, SXB_LAYOUT, SXC_LAYOUT
-from database.layout import SXA_LAYOUT, SXB_LAYOUT, SXD4_LAYOUT
+from database.layout import (
+    SXA_LAYOUT,
+    SXB_LAYOUT,
+    SXB_STABLE_LAYOUT,
+    SXC_LAYOUT,
+    SXD4_LAYOUT,
+)
 from database.placement import Layout
 
 TWO_PLLS = {
@@ -33,6 +38,8 @@ class Database:
 
     family: str  # the family word, by which parameters and limits are chosen
     layout: Layout
+    # Defaults of user parameters that are not those of the family.
+    defaults: dict = field(default_factory=dict)
 
     @property
     def limits(self):
@@ -43,6 +50,12 @@ class Database:
 DATABASES = {
     "SXA": Database(family="SXA", layout=SXA_LAYOUT),
     "SXB": Database(family="SXB", layout=SXB_LAYOUT),
+    # No frozen rule or service finds out whether a direction is in use.
+    "SXB-stable": Database(
+        family="SXB",
+        layout=SXB_STABLE_LAYOUT,
+        defaults={"TX_IN_USE": "true", "RX_IN_USE": "true"},
+    ),
     "SXC": Database(family="SXC", layout=SXC_LAYOUT),
     "SXD4": Database(family="SXD4", layout=SXD4_LAYOUT),
 }

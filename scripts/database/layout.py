@@ -4,7 +4,10 @@ Where nothing is decided here, a constant gets the bits that it needs, a copied 
 fields follow each other from bit 0 upwards in the order of the catalogue.
 """
 
+from dataclasses import replace
+
 from database.placement import Layout
+from database.sxb_stable_widths import SXB_STABLE_WIDTHS
 from database.sxb_widths import SXB_WIDTHS
 from database.sxd4_widths import SXD4_WIDTHS
 
@@ -96,6 +99,19 @@ SXB_LAYOUT = Layout(
         "CHCLK_ILO_CFG.RESERVED_BIT17": (17, 1),
     },
     widths=SXB_WIDTHS,
+)
+
+# The frozen rules of SXB: other calibration registers, and the reference clock words of both duals
+# as memory cells of the first and of the last block of the quad.
+SXB_STABLE_LAYOUT = replace(
+    SXB_LAYOUT,
+    block_types=[
+        ("RCALBG_*", "rcalbg_0"),
+        ("MEMCELLX0C*", "ctrl_0"),
+        ("MEMCELLX0F*", "ctrl_3"),
+        *SXB_LAYOUT.block_types,
+    ],
+    widths=SXB_STABLE_WIDTHS,
 )
 
 # Fields that both families have are as wide as in SXB, whether computed or constant here.

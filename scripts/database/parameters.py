@@ -25,8 +25,9 @@ def load_parameters(table=TABLE):
         return list(csv.DictReader(file))
 
 
-def parameters_of(family, rows):
-    """The content of parameters.json: the rows that name the family, expanded."""
+def parameters_of(family, rows, defaults=None):
+    """The content of parameters.json: the rows that name the family, expanded. `defaults` replaces
+    the defaults of the parameters that it names, which must be there."""
     parameters = {}
     for row in rows:
         if family not in row["families"].split():
@@ -38,4 +39,8 @@ def parameters_of(family, rows):
                 "description": description + unit,
                 "default_value": row["default"],
             }
+    for name, default in (defaults or {}).items():
+        if name not in parameters:
+            raise KeyError(f"there is no parameter {name} of {family} to give another default")
+        parameters[name]["default_value"] = default
     return parameters

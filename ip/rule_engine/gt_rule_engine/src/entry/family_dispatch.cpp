@@ -1,3 +1,5 @@
+#include "families/frozen/lane_cfg_sxb_instance_iter_stable.h"
+#include "families/frozen/lane_cfg_sxd4_instance_iter_stable.h"
 #include "families/sxa/lane_cfg_sxa_instance.h"
 #include "families/sxb/lane_cfg_sxb_instance.h"
 #include "families/sxc/lane_cfg_sxc_instance.h"
@@ -44,7 +46,9 @@ constexpr familyTable<lane_cfg_instance, 4> liveFamilies{
      {"SXD4", make<lane_cfg_instance, lane_cfg_sxd4_instance>},
      {"SXC", make<lane_cfg_instance, lane_cfg_sxc_instance>}}};
 
-constexpr familyTable<lane_cfg_instance_iter_stable, 0> stableFamilies{};
+constexpr familyTable<lane_cfg_instance_iter_stable, 2> stableFamilies{
+    {{"SXB", make<lane_cfg_instance_iter_stable, lane_cfg_sxb_instance_iter_stable>},
+     {"SXD4", make<lane_cfg_instance_iter_stable, lane_cfg_sxd4_instance_iter_stable>}}};
 
 template <class Frame, std::size_t Size, class... Arguments>
 Frame* makeFrom(const familyTable<Frame, Size>& families, const std::string& family,

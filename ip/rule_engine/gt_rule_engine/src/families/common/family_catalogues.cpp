@@ -1,5 +1,6 @@
 #include "families/common/family_catalogues.h"
 
+#include "families/frozen/sxb_stable_catalogue.h"
 #include "families/sxa/sxa_catalogue.h"
 #include "families/sxb/sxb_catalogue.h"
 #include "families/sxc/sxc_catalogue.h"
@@ -10,6 +11,7 @@ namespace sable_lanecfg {
 const std::vector<familyCatalogue>& familyCatalogues() {
     static const std::vector<familyCatalogue> catalogues{{"SXA", sxaCatalogue},
                                                          {"SXB", sxbCatalogue},
+                                                         {"SXB-stable", sxbStableCatalogue},
                                                          {"SXC", sxcCatalogue},
                                                          {"SXD4", sxd4Catalogue}};
     return catalogues;

@@ -1,4 +1,6 @@
 #include "families/common/rule_listing.h"
+#include "families/frozen/sxb_stable_catalogue.h"
+#include "families/frozen/sxb_stable_rules.h"
 #include "families/sxa/sxa_catalogue.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rules.h"
@@ -57,6 +59,11 @@ const std::vector<ruleSetsOfFamily>& allRuleSets() {
          {{"RX", sxbRxCatalogue, of<sxbRxLogicRules>},
           {"TX", sxbTxCatalogue, of<sxbTxLogicRules>},
           {"PLL", sxbPllCatalogue, sxbPllLogicRules}}},
+        {"SXB",
+         "stable",
+         {{"RX", sxbStableRxCatalogue, of<sxbStableRxLogicRules>},
+          {"TX", sxbStableTxCatalogue, of<sxbStableTxLogicRules>},
+          {"PLL", sxbStablePllCatalogue, sxbStablePllLogicRules}}},
         {"SXC",
          "live",
          {{"RX", sxcRxCatalogue, of<sxcRxLogicRules>},

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "families/common/register_catalogue.h"
+
+#include <string_view>
+
+namespace sable_lanecfg {
+
+/// Steps of the frozen PLL set that the current one lacks.
+namespace sxb_stable_pll_step {
+constexpr std::string_view pipeClockDivider = "INT_BUFGTDIV_G1_PIPECLK";
+}  // namespace sxb_stable_pll_step
+
+// The frozen registers of the SXB family, as differences over the current ones. Rows that no longer
+// fit the current catalogue are refused, so that the frozen rules don't change with the current.
+
+/// 804 rules.
+const register_catalogue& sxbStablePllCatalogue();
+/// 827 rules.
+const register_catalogue& sxbStableRxCatalogue();
+/// 198 rules.
+const register_catalogue& sxbStableTxCatalogue();
+
+/// All three: the receive, the transmit and the PLL set, in this order, which is that of
+/// registration.
+const register_catalogue& sxbStableCatalogue();
+
+}  // namespace sable_lanecfg

@@ -1,0 +1,107 @@
+#include "families/frozen/sxb_stable_packing_values.h"
+
+#include "block/default_values.h"
+#include "packing/lane_parameters.h"
+
+#include <boost/algorithm/string/predicate.hpp>
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+
+namespace {
+
+using parameterMap = std::map<std::string, ruleValue>;
+
+/// What the packing has of a PLL in the first rate group of a dual that has it, by result name;
+/// null where no group has it.
+template <class T>
+const std::map<std::string, std::vector<std::vector<T>>>* resultsOf(
+    const packingResultMap<T>& results, const std::string& dual, const std::string& pll) {
+    const auto groups = results.find(dual);
+    if (groups == results.end()) {
+        return nullptr;
+    }
+    for (const auto& [group, plls] : groups->second) {
+        const auto found = plls.find(pll);
+        if (found != plls.end()) {
+            return &found->second;
+        }
+    }
+    return nullptr;
+}
+
+/// First entry of a slot's row, null without one. A single row serves all slots.
+template <class T>
+const T* firstOf(const std::map<std::string, std::vector<std::vector<T>>>* results,
+                 const std::string& name, std::size_t slot) {
+    if (results == nullptr) {
+        return nullptr;
+    }
+    const auto rows = results->find(name);
+    if (rows == results->end()) {
+        return nullptr;
+    }
+    const std::size_t row = rows->second.size() == 1 ? 0 : slot;
+    const bool isThere = row < rows->second.size() && !rows->second[row].empty();
+    return isThere ? &rows->second[row].front() : nullptr;
+}
+
+template <class T>
+T valueOr(const T* found, const T& fallback) {
+    return found == nullptr ? fallback : *found;
+}
+
+void enterMissing(userParamStore& params, const parameterMap& defaults) {
+    for (std::size_t direction = 0; direction < params.size(); ++direction) {
+        for (auto& lane : params[direction]) {
+            for (parameterMap& rate : lane) {
+                for (const auto& [name, value] : defaults) {
+                    const bool isOfReceiver = boost::algorithm::starts_with(name, "RX");
+                    if (isOfReceiver == (direction == 1)) {
+                        rate.emplace(name, value);
+                    }
+                }
+            }
+        }
+    }
+}
+
+void enterReceivePll(gt_rule_engine& engine, int lane, std::size_t slot) {
+    const auto side = static_cast<std::size_t>(laneDirection::receive);
+    const laneParameters parameters(engine.userParams, laneDirection::receive, lane,
+                                    static_cast<int>(slot));
+    const std::string pll = parameters.get<std::string>("_PLL_TYPE");
+    const std::string dual = dualName(dualOf(lane));
+    const auto* const numbers = resultsOf(engine.intersectedCoordinates, dual, pll);
+    const auto* const texts = resultsOf(engine.refclkSourceIntersectedCoordinates, dual, pll);
+    const double* const clock = firstOf(numbers, "pllClkFreqs", slot);
+    parameterMap& rate = engine.userParams[side][static_cast<std::size_t>(lane)][slot];
+    rate["RX_PLL_VCO"] = valueOr(clock, 0.0);
+    rate["RX_PLL_REFCLK_FREQUENCY"] = valueOr(firstOf(numbers, "refclks", slot), 0.0);
+    rate["RX_PLL_POWERDOWN"] = clock == nullptr;
+    rate["RX_PLL_REFCLK_SOURCE"] =
+        valueOr(firstOf(texts, "refclkSources", slot), std::string("R0"));
+}
+
+}  // namespace
+
+void enterStablePackingValues(gt_rule_engine& engine) {
+    enterMissing(engine.userParams, defaultValues(engine.paramTypes));
+    engine.findMode();
+    constexpr auto receive = static_cast<std::size_t>(laneDirection::receive);
+    if (receive >= engine.userParams.size()) {
+        return;
+    }
+    const auto& lanes = engine.userParams[receive];
+    for (std::size_t lane = 0; lane < lanes.size(); ++lane) {
+        for (std::size_t slot = 0; slot < lanes[lane].size(); ++slot) {
+            enterReceivePll(engine, static_cast<int>(lane), slot);
+        }
+    }
+}
+
+}  // namespace sable_lanecfg
