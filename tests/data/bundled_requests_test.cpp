@@ -10,6 +10,7 @@ namespace {
 
 using lanecfg_test::bundledRequest;
 using lanecfg_test::bundledRequests;
+using lanecfg_test::databaseOf;
 using lanecfg_test::isDictionaryForm;
 using lanecfg_test::referenceFile;
 using lanecfg_test::requestPagePath;
@@ -33,7 +34,6 @@ std::vector<json> ratesOf(const json& request, std::size_t direction) {
 class EveryRequest : public testing::TestWithParam<std::string> {
   protected:
     const json request = bundledRequest(GetParam());
-    const std::string family = request.at("family").get<std::string>();
 };
 
 TEST_P(EveryRequest, HasAPageAndSaysWhatItIs) {
@@ -58,7 +58,7 @@ TEST_P(EveryRequest, GivesAtEveryRateWhatTheRateTableReads) {
 }
 
 TEST_P(EveryRequest, UsesOnlyParametersOfItsFamily) {
-    const json types = referenceFile(family, "parameters.json");
+    const json types = referenceFile(databaseOf(request), "parameters.json");
     for (std::size_t direction = 0; direction < 2; ++direction) {
         for (const json& rate : ratesOf(request, direction)) {
             for (const auto& parameter : rate.items()) {

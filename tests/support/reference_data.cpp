@@ -96,14 +96,21 @@ bool isDictionaryForm(const nlohmann::json& request) {
     return request.at("laneUsage").is_object();
 }
 
+std::string databaseOf(const nlohmann::json& request) {
+    const auto family = request.at("family").get<std::string>();
+    const std::string ofSelector = family + "-" + request.at("selector").get<std::string>();
+    return fs::exists(dataFolder() / ofSelector) ? ofSelector : family;
+}
+
 void initialiseBundledRequest(const std::string& instanceName, const std::string& request) {
     using namespace sable_lanecfg;
     const nlohmann::json content = bundledRequest(request);
     const auto family = content.at("family").get<std::string>();
     const auto selector = content.at("selector").get<std::string>();
-    const std::string types = referencePath(family, "parameters.json");
-    const std::string fields = referencePath(family, "registers.json");
-    const std::string device = referencePath(family, "device.json");
+    const std::string database = databaseOf(content);
+    const std::string types = referencePath(database, "parameters.json");
+    const std::string fields = referencePath(database, "registers.json");
+    const std::string device = referencePath(database, "device.json");
     if (isDictionaryForm(content)) {
         lane_cfg_ip_mgr::initilizeDataWithDict(
             instanceName, family, selector, content.at("part").get<std::string>(), {},

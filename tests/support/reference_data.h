@@ -43,6 +43,10 @@ nlohmann::json bundledRequest(const std::string& name);
 /// True for a request of dictionaries, false for one in file form.
 bool isDictionaryForm(const nlohmann::json& request);
 
+/// Name of the folder of the reference database that a request needs: that of its family, or one of
+/// its own for the request's selector.
+std::string databaseOf(const nlohmann::json& request);
+
 /// Hands a bundled request with its family, selector and part to the manager, against the
 /// reference database.
 void initialiseBundledRequest(const std::string& instanceName, const std::string& request);
