@@ -107,6 +107,8 @@ void stableRpllSolver(rule_declaration& rule) {
     const rpll_use use(rule);
     const auto clocks = rule.reads<std::vector<double>>("INT_RPLL_PLLCLKOUT_VECTOR");
     const auto referenceClock = rule.reads<double>("INT_RPLL_REFCLKFREQ");
+    // No rule writes it, since this PLL has no half rate.
+    rule.alsoDeclares("INT_RPLLCLKOUTRATE");
     const auto reference = rule.writes("INT_RPLL_REF_DIV");
     const auto feedback = rule.writes("INT_RPLL_FBDIV");
     rule.body([=] {
