@@ -40,21 +40,25 @@ bool fitsItsQuad(const std::string& request) {
 
 class EveryBundledRequest : public CommandLine, public testing::WithParamInterface<std::string> {
   protected:
+    /// The request's path behind the subcommand.
     ProgramResult ask(const std::string& subcommand,
-                      const std::vector<std::string>& options = {}) const {
+                      const std::vector<std::string>& options) const {
         std::vector<std::string> arguments{subcommand, requestPath(GetParam())};
         arguments.insert(arguments.end(), options.begin(), options.end());
         return run(arguments);
     }
 
-    void expectAnswer(const std::string& subcommand,
-                      const std::vector<std::string>& options = {}) const {
-        SCOPED_TRACE(subcommand + " " + testing::PrintToString(options));
-        const ProgramResult result = ask(subcommand, options);
+    static void expectAnswer(const ProgramResult& result) {
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_NE(result.output, "");
         EXPECT_THAT(result.errors, Not(HasSubstr("ERROR")));
         EXPECT_THAT(result.errors, Not(HasSubstr("WARNING")));
+    }
+
+    void expectAnswer(const std::string& subcommand,
+                      const std::vector<std::string>& options) const {
+        SCOPED_TRACE(subcommand + " " + testing::PrintToString(options));
+        expectAnswer(ask(subcommand, options));
     }
 
     void expectVerdict(const std::vector<std::string>& options) const {
@@ -71,6 +75,7 @@ TEST_P(EveryBundledRequest, IsAnsweredByEverySubcommand) {
         }
     }
     expectAnswer("rate-table", {"--decode", "--verify"});
+    expectAnswer(run({"attributes", "--diff", requestPath(GetParam()), requestPath(GetParam())}));
     const Delivery delivery;
     expectAnswer("update-elf", {"--elf", delivery.elfFile, "--work-dir", delivery.work.path()});
     for (const std::vector<std::string>& options :
