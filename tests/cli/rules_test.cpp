@@ -75,6 +75,8 @@ TEST_F(RulesCommand, HasASetForEachPartOfSxb) {
     EXPECT_THAT(rulesOf("SXB", {"--set", "RX"}), SizeIs(813));
     EXPECT_THAT(rulesOf("SXB", {"--set", "TX", "--set", "PLL"}), SizeIs(198 + 898));
     EXPECT_THAT(rulesOf("SXB", {"--set", "PLL", "--kind", "logic"}), SizeIs(149));
+    EXPECT_THAT(rulesOf("SXC", {"--set", "RX"}), SizeIs(814));
+    EXPECT_THAT(rulesOf("SXC", {"--set", "TX", "--set", "PLL"}), SizeIs(198 + 936));
 }
 
 TEST_F(RulesCommand, TellsTheFlagOfACopyAndTheNamesThatLogicDeclares) {

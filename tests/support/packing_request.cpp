@@ -63,6 +63,24 @@ RateSettings rateOf(double lineRate, const std::string& pll, double refclk,
     return settings;
 }
 
+RateSettings tenGigabitEthernet(const std::string& source) {
+    RateSettings settings = rateOf(10.3125, "LCPLL", 156.25, source);
+    settings.coding = "64B66B_ASYNC";
+    settings.userDataWidth = 64;
+    return settings;
+}
+
+sable_lanecfg::userParamStore withReceiveBuffer(sable_lanecfg::userParamStore params) {
+    if (params.size() > receive) {
+        for (auto& lane : params[receive]) {
+            for (auto& rate : lane) {
+                rate["RX_BUFFER_MODE"] = 1U;
+            }
+        }
+    }
+    return params;
+}
+
 std::map<std::string, ruleValue> parametersOf(int direction, const RateSettings& settings) {
     const std::string word = direction == transmit ? "TX" : "RX";
     const std::string coding = direction == transmit ? "_DATA_ENCODING" : "_DATA_DECODING";

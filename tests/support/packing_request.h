@@ -33,6 +33,14 @@ struct RateSettings {
 RateSettings rateOf(double lineRate, const std::string& pll = "LCPLL", double refclk = 156.25,
                     const std::string& source = "R0");
 
+/// 10.3125 Gb/s in both directions, user words of two internal ones, so that only 10.3125 GHz is
+/// left for the LCPLL: 66 times the reference clock.
+RateSettings tenGigabitEthernet(const std::string& source = "R0");
+
+/// The parameters with receive buffers in use. The packing does not ask for them, the rate table
+/// does.
+sable_lanecfg::userParamStore withReceiveBuffer(sable_lanecfg::userParamStore params);
+
 /// The user parameters of the settings, under the names of a direction (0 transmit, 1 receive).
 std::map<std::string, sable_lanecfg::ruleValue> parametersOf(int direction,
                                                              const RateSettings& settings);

@@ -3,8 +3,8 @@
 #include "support/captured_messages.h"
 #include "support/packing_request.h"
 #include "support/print_rule_value.h"
-#include "support/reference_data.h"
 #include "support/quad_usage.h"
+#include "support/reference_data.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
@@ -27,21 +27,14 @@ using lanecfg_test::QuadUsage;
 using lanecfg_test::rateOf;
 using lanecfg_test::RateSettings;
 using lanecfg_test::receive;
+using lanecfg_test::tenGigabitEthernet;
 using lanecfg_test::textsOf;
 using lanecfg_test::transmit;
+using lanecfg_test::withReceiveBuffer;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
-
-/// 10.3125 Gb/s in both directions, user words of two internal ones, so that only 10.3125 GHz is
-/// left for the LCPLL: 66 times the reference clock.
-RateSettings tenGigabitEthernet(const std::string& source = "R0") {
-    RateSettings settings = rateOf(10.3125, "LCPLL", 156.25, source);
-    settings.coding = "64B66B_ASYNC";
-    settings.userDataWidth = 64;
-    return settings;
-}
 
 class SxbInstance : public testing::Test {
   protected:
@@ -50,18 +43,6 @@ class SxbInstance : public testing::Test {
         return std::make_unique<lane_cfg_sxb_instance>(
             name, request.channels, quads.quads, database.m_paramTypes,
             withReceiveBuffer(request.userParams), database.m_fields, database.m_deviceData);
-    }
-
-    /// The packing does not ask for the receiver's buffer, the rate table does.
-    static userParamStore withReceiveBuffer(userParamStore params) {
-        if (params.size() > receive) {
-            for (auto& lane : params[receive]) {
-                for (auto& rate : lane) {
-                    rate["RX_BUFFER_MODE"] = 1U;
-                }
-            }
-        }
-        return params;
     }
 
     template <class Value>

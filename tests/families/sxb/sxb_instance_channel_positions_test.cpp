@@ -1,7 +1,7 @@
 #include "families/sxb/sxb_channel_positions.h"
 #include "support/print_rule_value.h"
-#include "sxb_instance_engine.h"
 #include "support/quad_usage.h"
+#include "sxb_instance_engine.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

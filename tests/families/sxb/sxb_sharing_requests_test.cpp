@@ -1,5 +1,5 @@
 #include "support/packing_request.h"
-#include "sxb_worked_request.h"
+#include "support/worked_request.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "sxb_worked_request.h"
+#include "support/worked_request.h"
 
 #include <gmock/gmock.h>
 

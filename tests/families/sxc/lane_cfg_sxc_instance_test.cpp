@@ -24,22 +24,14 @@ using lanecfg_test::QuadUsage;
 using lanecfg_test::rateOf;
 using lanecfg_test::RateSettings;
 using lanecfg_test::receive;
+using lanecfg_test::tenGigabitEthernet;
 using lanecfg_test::textsOf;
-using lanecfg_test::transmit;
+using lanecfg_test::withReceiveBuffer;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
-
-/// 10.3125 Gb/s in both directions, user words of two internal ones: the LCPLL runs at 66 times
-/// the reference clock.
-RateSettings tenGigabitEthernet(const std::string& source = "R0") {
-    RateSettings settings = rateOf(10.3125, "LCPLL", 156.25, source);
-    settings.coding = "64B66B_ASYNC";
-    settings.userDataWidth = 64;
-    return settings;
-}
 
 class SxcInstance : public testing::Test {
   protected:
@@ -48,17 +40,11 @@ class SxcInstance : public testing::Test {
     }
 
     std::unique_ptr<lane_cfg_instance> made(
-        PackingRequest request, const std::string& family, const gt_db_load& content,
+        const PackingRequest& request, const std::string& family, const gt_db_load& content,
         const std::map<std::string, std::vector<std::string>>& settings) const {
-        // The packing does not ask for the receiver's buffer, the rate table does.
-        for (auto& lane : request.userParams.at(receive)) {
-            for (auto& rate : lane) {
-                rate["RX_BUFFER_MODE"] = 1U;
-            }
-        }
         return std::unique_ptr<lane_cfg_instance>(lane_cfg_ip_mgr::createLaneCfgInstance(
-            "quad", family, request.channels, quads.quads, content.m_paramTypes, request.userParams,
-            content.m_fields, settings));
+            "quad", family, request.channels, quads.quads, content.m_paramTypes,
+            withReceiveBuffer(request.userParams), content.m_fields, settings));
     }
 
     static PackingRequest oneLane(const RateSettings& settings = tenGigabitEthernet()) {

@@ -1,59 +1,31 @@
-#include "support/captured_messages.h"
-#include "support/reference_data.h"
-
-#include <lanecfg/lane_cfg_ip_mgr.h>
+#include "support/worked_request.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <map>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::CapturedMessages;
-using lanecfg_test::initialiseBundledRequest;
+using lanecfg_test::aboveMaster;
+using lanecfg_test::atMaster;
+using lanecfg_test::belowMaster;
+using lanecfg_test::feedbackWord;
+using lanecfg_test::idleDivider;
+using lanecfg_test::resetWord;
+using lanecfg_test::syncDoneWord;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 
-const char* const instanceName = "quad_0";
-
-/// A bundled request, by way of the manager.
-class SxcRequest : public testing::Test {
+class SxcRequest : public lanecfg_test::WorkedRequest {
   protected:
-    explicit SxcRequest(const std::string& request) {
-        initialiseBundledRequest(instanceName, request);
-    }
-    ~SxcRequest() override { lane_cfg_ip_mgr::releaseData(instanceName); }
-
-    static lane_cfg_instance& instance() { return *lane_cfg_ip_mgr::getIPInstance(instanceName); }
-
-    static std::map<std::string, std::string> attributes() {
-        return lane_cfg_ip_mgr::getAttributes(instanceName, "SXC", "live");
-    }
-
-    static unsigned long word(const std::string& name) { return std::stoul(attributes().at(name)); }
-
-    template <class Value>
-    static Value valueIn(std::size_t lane, std::size_t rate, const std::string& name) {
-        return boost::get<Value>(instance().blockVarMap.at(lane).at(rate).at(name).value);
-    }
-
-    /// The values of a variable at all rates of a lane.
-    template <class Value>
-    static std::vector<Value> atEachRate(const std::string& name, std::size_t lane = 0) {
-        std::vector<Value> values;
-        for (std::size_t rate = 0; rate < instance().blockVarMap.at(lane).size(); ++rate) {
-            values.push_back(valueIn<Value>(lane, rate, name));
-        }
-        return values;
-    }
+    using WorkedRequest::WorkedRequest;
 
     void expectPacked() const {
         EXPECT_THAT(instance().packedChannels, IsEmpty());
@@ -62,7 +34,23 @@ class SxcRequest : public testing::Test {
         }
     }
 
-    CapturedMessages messages;
+    /// Words of the rate table in hexadecimal digits.
+    static std::vector<std::string> tableWords() {
+        std::istringstream table(instance().generateRateTable(true));
+        std::string header;
+        std::getline(table, header);
+        std::vector<std::string> words;
+        for (std::string word; table >> word;) {
+            words.push_back(word);
+        }
+        return words;
+    }
+
+    /// The values of a variable at all rates of lane 0.
+    template <class Value>
+    static std::vector<Value> atEachRate(const std::string& name) {
+        return ofPasses<Value>(0, name);
+    }
 };
 
 class SxcTenGigabitRequest : public SxcRequest {
@@ -77,18 +65,14 @@ TEST_F(SxcTenGigabitRequest, PacksAndRunsOnePassForEachLane) {
 }
 
 TEST_F(SxcTenGigabitRequest, HasTheDividersOfBothDuals) {
-    // 66 times 156.25 MHz, less 2; the idle 80, less 2.
-    EXPECT_EQ(word("A_CFG1"), 64UL + (78UL << 8) + (64UL << 16) + (78UL << 24));
+    // 66 times 156.25 MHz.
+    EXPECT_EQ(word("A_CFG1"), feedbackWord(66, idleDivider, 66, idleDivider));
+    expectRunning({true, false, true, false});
 }
 
 TEST_F(SxcTenGigabitRequest, ResetsLanesWithTheirLcpllButNotTheirOscillators) {
-    // Transmit and receive channel in the five bits of each channel from bit 8, no divider; the
-    // interpolators are passed by.
-    unsigned long expected = 0xfUL + (0xfUL << 28);
-    for (unsigned channel = 0; channel < 4; ++channel) {
-        expected += 0b10100UL << (8 + 5 * channel);
-    }
-    EXPECT_EQ(word("MST_RESET_CFG"), expected);
+    // The interpolators are passed by.
+    EXPECT_EQ(word("MST_RESET_CFG"), resetWord({0xf, 0, 0xf, 0, 0, 0}));
     // A debug length of 3, and the oscillators of the receivers; nobody is on the RPLL.
     EXPECT_EQ(word("CTRL_RSV_CFG0"), (3UL << 3) + (0xfUL << 9));
 }
@@ -102,8 +86,8 @@ TEST_F(SxcTenGigabitRequest, WaitsForTheLcpllOfReceiversInUse) {
 
 TEST_F(SxcTenGigabitRequest, ReservesTheInternalWidthInTheElasticBuffer) {
     // The least latency is a word of 4 of drift, 3 * 4 - 2 and 1; above it 32.
-    EXPECT_EQ(valueIn<unsigned>(0, 0, "RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MIN_LAT"), 15U);
-    EXPECT_EQ(valueIn<unsigned>(0, 0, "RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MAX_LAT"), 47U);
+    EXPECT_EQ(ofPasses<unsigned>(0, "RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MIN_LAT").front(), 15U);
+    EXPECT_EQ(ofPasses<unsigned>(0, "RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MAX_LAT").front(), 47U);
     EXPECT_EQ((word("CH0_RX_ELASTIC_BUF_CFG0") >> 1) & 0x7fU, 47U);
 }
 
@@ -143,11 +127,24 @@ TEST_F(SxcTenGigabitRequest, AnswersForEveryRegister) {
 }
 
 TEST_F(SxcTenGigabitRequest, ReportsTheClocksOfTheCodingLayer) {
-    const auto clocks = lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, "SXC", "live");
+    const auto clocks = outputClocks();
     // 10312.5 Mb/s in words of 80 bits.
     EXPECT_THAT(clocks, SizeIs(8));
     EXPECT_THAT(clocks, Each(testing::Field(&std::pair<const std::string, std::string>::second,
                                             "128.906")));
+}
+
+TEST_F(SxcTenGigabitRequest, WritesTheOutputClockControlsLaneByLane) {
+    // All duplex in one group of channel 0, which has one rate of 12 words from word 10; the others
+    // follow behind at word 22. A single lane (bit 25, its number from bit 26) and a mask (bits 24
+    // and 23) for 0x90 at bits 13 and 3. Both aligners are passed by with code 1 of 2, at bits 3,
+    // 6, 15, 19, 23 and 27; controls 2 at bits 0 and 12, and bit 11 without PCIe.
+    EXPECT_THAT(
+        tableWords(),
+        ElementsAre("1e00001f", "1e00001f", "0010300a", "0010300a", "00100016", "00100016",
+                    "00100016", "00100016", "00100016", "00100016",  //
+                    "03920480", "00007007", "0888a84a", "07920480", "00007007", "0888a84a",
+                    "0b920480", "00007007", "0888a84a", "0f920480", "00007007", "0888a84a"));
 }
 
 /// Rates 0 to 4: 2.5, 5.0, 8.0, 16.0 and 32.0 Gb/s.
@@ -176,7 +173,8 @@ TEST_F(SxcPcieRequest, SolvesThePllOfEveryRate) {
 }
 
 TEST_F(SxcPcieRequest, HasTheDividersOfTheFirstRate) {
-    EXPECT_EQ(word("A_CFG1"), 98UL + (78UL << 8) + (98UL << 16) + (78UL << 24));
+    EXPECT_EQ(word("A_CFG1"), feedbackWord(100, idleDivider, 100, idleDivider));
+    expectRunning({true, false, true, false});
 }
 
 TEST_F(SxcPcieRequest, MakesTheClockOfTheLinkAtEveryRate) {
@@ -235,24 +233,22 @@ TEST_F(SxcPcieRequest, UsesTheElasticBufferOfEachRatesWord) {
 }
 
 TEST_F(SxcPcieRequest, ResetsTheOscillatorOfEveryLane) {
-    // All but the receiver's divider in the five bits of a channel.
-    unsigned long expected = 0xfUL + (0xfUL << 28);
-    for (unsigned channel = 0; channel < 4; ++channel) {
-        expected += 0b10111UL << (8 + 5 * channel);
-    }
-    EXPECT_EQ(word("MST_RESET_CFG"), expected);
+    // Beside the programmable divider of each transmitter.
+    EXPECT_EQ(word("MST_RESET_CFG"), resetWord({0xf, 0, 0xf, 0xf, 0, 0xf}));
 }
 
 TEST_F(SxcPcieRequest, PlacesTheLanesOfTheLink) {
-    const std::vector<std::string> positions{"bottom", "middle", "middle", "top"};
-    const std::vector<std::string> alignments{"below", "IM", "above", "above"};
-    for (std::size_t lane = 0; lane < 4; ++lane) {
-        for (const std::string side : {"TX", "RX"}) {
-            EXPECT_EQ(valueIn<std::string>(lane, 4, side + "_PIPE_POSITION"), positions[lane]);
-            EXPECT_EQ(valueIn<std::string>(lane, 4, side + "_SYNCDONE_POSITION"), alignments[lane]);
-            EXPECT_EQ(valueIn<bool>(lane, 4, side + "_MAINTAIN_MASTER"), lane == 2);
-        }
+    for (const std::string side : {"TX", "RX"}) {
+        EXPECT_THAT(ofLanes<std::string>(side + "_PIPE_POSITION"),
+                    ElementsAre("bottom", "middle", "middle", "top"));
+        EXPECT_THAT(ofLanes<bool>(side + "_MAINTAIN_MASTER"),
+                    ElementsAre(false, false, true, false));
     }
+    EXPECT_THAT(
+        fieldOfLanes("PIPE_CTRL_CFG9"),
+        ElementsAre(syncDoneWord(belowMaster, belowMaster), syncDoneWord(atMaster, atMaster),
+                    syncDoneWord(aboveMaster, aboveMaster),
+                    syncDoneWord(aboveMaster, aboveMaster)));
     // Clock divider 3 at 2.5 Gb/s; alignment of delay and phase, many lanes, no buffer; the master
     // synchronises with mode 1.
     const unsigned long aligned = 3UL + (1UL << 10) + (1UL << 11) + (1UL << 16) + (1UL << 17);
@@ -261,7 +257,7 @@ TEST_F(SxcPcieRequest, PlacesTheLanesOfTheLink) {
 }
 
 TEST_F(SxcPcieRequest, ReportsTheFastestClockOfEachLane) {
-    const auto clocks = lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, "SXC", "live");
+    const auto clocks = outputClocks();
     EXPECT_THAT(clocks, ElementsAre(Pair("CH0_RXOUTCLK", "400"), Pair("CH0_TXOUTCLK", "500"),
                                     Pair("CH1_RXOUTCLK", "400"), Pair("CH1_TXOUTCLK", "500"),
                                     Pair("CH2_RXOUTCLK", "400"), Pair("CH2_TXOUTCLK", "500"),
@@ -269,13 +265,7 @@ TEST_F(SxcPcieRequest, ReportsTheFastestClockOfEachLane) {
 }
 
 TEST_F(SxcPcieRequest, HasOneTableForTheFourLanes) {
-    std::istringstream table(instance().generateRateTable(true));
-    std::string header;
-    std::getline(table, header);
-    std::vector<std::string> words;
-    for (std::string text; table >> text;) {
-        words.push_back(text);
-    }
+    std::vector<std::string> words = tableWords();
     // All duplex, one group of channel 0; five rates of 49 words from word 10 in PCIe mode, and the
     // followers behind them at word 255.
     ASSERT_THAT(words, SizeIs(10 + 5 * 49));

@@ -30,16 +30,19 @@ struct ResettingLanes {
     unsigned long rxLcpll = 0;
     unsigned long txDivider = 0;
     unsigned long rxDivider = 0;
+    unsigned long oscillator = 0b1111;
 };
 
-/// `MST_RESET_CFG`: PLLs at bits 0, 4 and 28, and from bit 8 on five bits for each lane, of which
-/// oscillator, transmit and receive channel (the first, third and fifth) are always enabled.
+/// `MST_RESET_CFG`: PLLs at bits 0, 4 and 28, and from bit 8 on five bits for each lane:
+/// oscillator, and for each direction divider and channel, of which the channels are always
+/// enabled.
 constexpr unsigned long resetWord(const ResettingLanes& lanes) {
     unsigned long word = lanes.txLcpll + (lanes.txRpll << 4) + (lanes.rxLcpll << 28);
     for (unsigned lane = 0; lane < 4; ++lane) {
-        const unsigned long dividers =
-            ((lanes.txDivider >> lane & 1) << 1) + ((lanes.rxDivider >> lane & 1) << 3);
-        word += (0b10101 + dividers) << (8 + 5 * lane);
+        const unsigned long own = (lanes.oscillator >> lane & 1) +
+                                  ((lanes.txDivider >> lane & 1) << 1) +
+                                  ((lanes.rxDivider >> lane & 1) << 3);
+        word += (0b10100 + own) << (8 + 5 * lane);
     }
     return word;
 }
@@ -72,10 +75,12 @@ constexpr unsigned int syncDoneWord(const SyncDone& tx, const SyncDone& rx) {
     return placed(tx) + (placed(rx) << 8);
 }
 
-/// A bundled SXB request by way of the manager, to be compared with values worked out by hand.
+/// A bundled request for the current rules of a family, by way of the manager, to be compared with
+/// values worked out by hand.
 class WorkedRequest : public testing::Test {
   protected:
-    explicit WorkedRequest(const std::string& request) {
+    explicit WorkedRequest(const std::string& request)
+        : family(bundledRequest(request).at("family").get<std::string>()) {
         initialiseBundledRequest(instanceName, request);
     }
     ~WorkedRequest() override { sable_lanecfg::lane_cfg_ip_mgr::releaseData(instanceName); }
@@ -84,23 +89,23 @@ class WorkedRequest : public testing::Test {
         return *sable_lanecfg::lane_cfg_ip_mgr::getIPInstance(instanceName);
     }
 
-    static std::map<std::string, std::string> attributes() {
-        return sable_lanecfg::lane_cfg_ip_mgr::getAttributes(instanceName, "SXB", "live");
+    std::map<std::string, std::string> attributes() const {
+        return sable_lanecfg::lane_cfg_ip_mgr::getAttributes(instanceName, family, "live");
     }
 
-    static unsigned long word(const std::string& name) { return std::stoul(attributes().at(name)); }
+    unsigned long word(const std::string& name) const { return std::stoul(attributes().at(name)); }
 
     /// Expects the words of PLLs without a fraction: a reset mask of 3, and whether it is powered
     /// down.
-    static void expectRunning(const RunningPlls& plls) {
+    void expectRunning(const RunningPlls& plls) const {
         EXPECT_EQ(word("A_CFG2"), (3UL << 28) + (plls.lcpll0 ? 0UL : 1UL));
         EXPECT_EQ(word("A_CFG3"), (3UL << 3) + (plls.rpll0 ? 0UL : 1UL << 5));
         EXPECT_EQ(word("A_CFG4"), (3UL << 1) + (plls.lcpll1 ? 0UL : 1UL << 28));
         EXPECT_EQ(word("A_CFG5"), 3UL + (plls.rpll1 ? 0UL : 1UL << 5));
     }
 
-    static std::map<std::string, std::string> outputClocks() {
-        return sable_lanecfg::lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, "SXB", "live");
+    std::map<std::string, std::string> outputClocks() const {
+        return sable_lanecfg::lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, family, "live");
     }
 
     /// A variable of a lane in each of its passes.
@@ -132,6 +137,7 @@ class WorkedRequest : public testing::Test {
     }
 
     static constexpr const char* instanceName = "quad_0";
+    const std::string family;
     CapturedMessages messages;
 };
 
