@@ -1,31 +1,55 @@
 #include "families/sxc/sxc_catalogue.h"
 
+#include "families/common/catalogue_differences.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_rx_catalogue.h"
 #include "families/sxb/sxb_tx_catalogue.h"
-
-#include <string>
 
 namespace sable_lanecfg {
 
 namespace {
 
-void addFields(register_catalogue& catalogue, std::string_view registerName,
-               const std::vector<registerField>& fields) {
-    for (const registerField& field : fields) {
-        catalogue.addField(registerName, field);
-    }
-}
+// The PLL set.
+
+constexpr changedConstant changedPllConstants[] = {{"HSDIST_CFG", "HSDIST_CTRL", 6, 0},
+                                                   // A pin for each lane.
+                                                   {"PIN_CFG0", "MST_TX_RESET_PIN_EN", 1, 15},
+                                                   {"PIN_CFG0", "MST_RX_RESET_PIN_EN", 1, 15}};
+
+constexpr removedRule removedPllRules[] = {{"CHCLK_ILO_CFG", "RESERVED_BIT17"},
+                                           {"CHCLK_ILO_CFG", "RESERVED_BIT15"}};
+
+constexpr fieldOfRegister replacedPllFields[] = {
+    {"A_CFG0", constant("A_BGRCALOVRD_EN", 1)},
+    {"RESET_CFG", copy("ILORESET_PLLLOCK_SEL", "RX_IN_USE")},
+    // Directions keep their power whether they are in use or not.
+    {"FABRIC_INTF_CFG1", constant("A_RXPD", 0)},
+    {"FABRIC_INTF_CFG3", constant("A_TXPD", 0)},
+    // The oscillator of a lane is reset as its transmitter needs it.
+    {"MST_RESET_CFG", logic("CH0_ILO_RESET_EN")},
+    {"MST_RESET_CFG", logic("CH1_ILO_RESET_EN")},
+    {"MST_RESET_CFG", logic("CH2_ILO_RESET_EN")},
+    {"MST_RESET_CFG", logic("CH3_ILO_RESET_EN")}};
+
+constexpr fieldOfRegister addedPllFields[] = {
+    {"RESET_CFG", logic("TX_PLLLOCK_SEL")},
+    {"RESET_CFG", logic("RX_PLLLOCK_SEL")},
+    {"CHL_RSV_CFG0", constant("XPIPE5_PIPELINE_OVRD_EN", 0)},
+    {"CHL_RSV_CFG0", constant("XPIPE5_PIPELINE_OVRD", 0)},
+    {"CHL_RSV_CFG0", constant("GEN5_RATE_IN_PROG_OVRD_EN", 0)},
+    {"CHL_RSV_CFG0", constant("GEN5_RATE_IN_PROG_OVRD", 0)},
+    {"CHL_RSV_CFG0", constant("RATE_DATA_PLL_RESET_OPTION", 0)},
+    {"CHL_RSV_CFG0", constant("RATE_TX_SIMPLEX_WAIT_MST_RST_EN", 1)},
+    {"CHL_RSV_CFG0", constant("RATE_RX_SIMPLEX_WAIT_MST_RST_EN", 1)},
+    {"CHL_RSV_CFG0", constant("RX128B130B_RESET_ON_CDRSLIP_DIS", 0)},
+    // Receivers have an oscillator reset of their own.
+    {"CTRL_RSV_CFG0", constant("CH0_RX_ILO_RESET_EN", 1)},
+    {"CTRL_RSV_CFG0", constant("CH1_RX_ILO_RESET_EN", 1)},
+    {"CTRL_RSV_CFG0", constant("CH2_RX_ILO_RESET_EN", 1)},
+    {"CTRL_RSV_CFG0", constant("CH3_RX_ILO_RESET_EN", 1)}};
 
 /// Words that SXB leaves at 0; here they hold the settings of the fifth PCIe generation.
 void defineReservedRegisters(register_catalogue& catalogue) {
-    addFields(
-        catalogue, "CHL_RSV_CFG0",
-        {constant("XPIPE5_PIPELINE_OVRD_EN", 0), constant("XPIPE5_PIPELINE_OVRD", 0),
-         constant("GEN5_RATE_IN_PROG_OVRD_EN", 0), constant("GEN5_RATE_IN_PROG_OVRD", 0),
-         constant("RATE_DATA_PLL_RESET_OPTION", 0), constant("RATE_TX_SIMPLEX_WAIT_MST_RST_EN", 1),
-         constant("RATE_RX_SIMPLEX_WAIT_MST_RST_EN", 1),
-         constant("RX128B130B_RESET_ON_CDRSLIP_DIS", 0)});
     catalogue.replace(
         {"CHL_RSV_CFG1",
          {constant("PIPERST_CHNL_RST_CONTRL_DIS", 0), constant("PIPERST_HSCK_RST_CONTRL_DIS", 0),
@@ -49,37 +73,31 @@ void defineReservedRegisters(register_catalogue& catalogue) {
                         constant("PCIE_128B130B_64B_TX_LPBK_RXDATAVALID_ADJ_DIS", 0)}});
 }
 
-/// Each lane's reset of the oscillator follows its transmitter, and receivers have one of their
-/// own.
-void changeOscillatorResets(register_catalogue& catalogue) {
-    for (const std::string_view enable :
-         {"CH0_ILO_RESET_EN", "CH1_ILO_RESET_EN", "CH2_ILO_RESET_EN", "CH3_ILO_RESET_EN"}) {
-        catalogue.replaceField("MST_RESET_CFG", logic(enable));
-    }
-    addFields(catalogue, "CTRL_RSV_CFG0",
-              {constant("CH0_RX_ILO_RESET_EN", 1), constant("CH1_RX_ILO_RESET_EN", 1),
-               constant("CH2_RX_ILO_RESET_EN", 1), constant("CH3_RX_ILO_RESET_EN", 1)});
-    catalogue.replaceField("RESET_CFG", copy("ILORESET_PLLLOCK_SEL", "RX_IN_USE"));
-    catalogue.removeField("CHCLK_ILO_CFG", "RESERVED_BIT17");
-    catalogue.removeField("CHCLK_ILO_CFG", "RESERVED_BIT15");
-}
+// The receive set.
+
+constexpr fieldOfRegister replacedRxFields[] = {{"RX_CTLE_CFG1", constant("RCAL_OS_PAD", 0)},
+                                                {"RX_CTLE_CFG1", constant("CDR2APT_SCANMODE1", 1)},
+                                                {"RX_PCS_CFG2", constant("FIFO_INIT_RD_ADDR", 4)}};
+
+constexpr fieldOfRegister addedRxFields[] = {{"ADAPT_APT_CFG", logic("divider_data")}};
+
+// The transmit set.
+
+constexpr fieldOfRegister replacedTxFields[] = {{"TX_PCS_CFG0", constant("FIFO_INIT_RD_ADDR", 4)},
+                                                {"PIPE_TX_EQ_CFG3", constant("TX_DEEMPH_0", 18)},
+                                                {"PIPE_TX_EQ_CFG3", constant("TX_DEEMPH_1", 12)},
+                                                {"TX_DRV_CFG0", constant("TX_CTL_DRV_EN", 0)}};
 
 }  // namespace
 
 const register_catalogue& sxcPllCatalogue() {
     static const register_catalogue catalogue = [] {
         register_catalogue changed = sxbPllCatalogue();
-        changed.setConstant("HSDIST_CFG", "HSDIST_CTRL", 0);
-        changed.replaceField("A_CFG0", constant("A_BGRCALOVRD_EN", 1));
-        addFields(changed, "RESET_CFG", {logic("TX_PLLLOCK_SEL"), logic("RX_PLLLOCK_SEL")});
-        // Directions keep their power whether they are in use or not.
-        changed.replaceField("FABRIC_INTF_CFG1", constant("A_RXPD", 0));
-        changed.replaceField("FABRIC_INTF_CFG3", constant("A_TXPD", 0));
-        // A pin for each lane.
-        changed.setConstant("PIN_CFG0", "MST_TX_RESET_PIN_EN", 15);
-        changed.setConstant("PIN_CFG0", "MST_RX_RESET_PIN_EN", 15);
+        applyDifferences(changed, changedPllConstants);
+        applyDifferences(changed, removedPllRules);
+        replaceFields(changed, replacedPllFields);
+        addFields(changed, addedPllFields);
         defineReservedRegisters(changed);
-        changeOscillatorResets(changed);
         return changed;
     }();
     return catalogue;
@@ -88,10 +106,8 @@ const register_catalogue& sxcPllCatalogue() {
 const register_catalogue& sxcRxCatalogue() {
     static const register_catalogue catalogue = [] {
         register_catalogue changed = sxbRxCatalogue();
-        changed.addField("ADAPT_APT_CFG", logic("divider_data"));
-        changed.replaceField("RX_CTLE_CFG1", constant("RCAL_OS_PAD", 0));
-        changed.replaceField("RX_CTLE_CFG1", constant("CDR2APT_SCANMODE1", 1));
-        changed.replaceField("RX_PCS_CFG2", constant("FIFO_INIT_RD_ADDR", 4));
+        replaceFields(changed, replacedRxFields);
+        addFields(changed, addedRxFields);
         return changed;
     }();
     return catalogue;
@@ -100,10 +116,7 @@ const register_catalogue& sxcRxCatalogue() {
 const register_catalogue& sxcTxCatalogue() {
     static const register_catalogue catalogue = [] {
         register_catalogue changed = sxbTxCatalogue();
-        changed.replaceField("TX_PCS_CFG0", constant("FIFO_INIT_RD_ADDR", 4));
-        changed.replaceField("PIPE_TX_EQ_CFG3", constant("TX_DEEMPH_0", 18));
-        changed.replaceField("PIPE_TX_EQ_CFG3", constant("TX_DEEMPH_1", 12));
-        changed.replaceField("TX_DRV_CFG0", constant("TX_CTL_DRV_EN", 0));
+        replaceFields(changed, replacedTxFields);
         return changed;
     }();
     return catalogue;

@@ -1,4 +1,5 @@
 #include "families/sxb/sxb_outclock.h"
+#include "families/sxb/sxb_rx_catalogue.h"
 #include "families/sxb/sxb_rx_cdr.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
 #include "families/sxb/sxb_rx_rules.h"
@@ -54,10 +55,7 @@ ruleDeclarer withInput(ruleDeclarer rule, std::string name) {
 
 logicRules sxcRxLogicRules() {
     logicRules rules = sxbRxLogicRules();
-    for (const char* const field : {"RX_CTLE_CFG1.RCAL_OS_PAD", "RX_CTLE_CFG1.CDR2APT_SCANMODE1",
-                                    "RX_PCS_CFG2.FIFO_INIT_RD_ADDR"}) {
-        removeRule(rules, field);
-    }
+    removeRulesWithoutPlace(rules, sxbRxCatalogue(), sxcRxCatalogue());
     addRule(rules, "ADAPT_APT_CFG.divider_data", dividedAdaptationData);
     replaceRule(rules, "EYESCAN_CFG16.RXPMA_WIDTH_OVRD_EN",
                 clockDataRecovery(dividedPcieCases(), false));
@@ -68,10 +66,7 @@ logicRules sxcRxLogicRules() {
 
 logicRules sxcTxLogicRules() {
     logicRules rules = sxbTxLogicRules();
-    for (const char* const field : {"TX_PCS_CFG0.FIFO_INIT_RD_ADDR", "PIPE_TX_EQ_CFG3.TX_DEEMPH_0",
-                                    "PIPE_TX_EQ_CFG3.TX_DEEMPH_1", "TX_DRV_CFG0.TX_CTL_DRV_EN"}) {
-        removeRule(rules, field);
-    }
+    removeRulesWithoutPlace(rules, sxbTxCatalogue(), sxcTxCatalogue());
     replaceRule(rules, std::string(sxb_tx_step::outclockReport),
                 transmitOutclockReport(outclockContent::clock));
     const std::string dedicatedPath = "TX_PCS_CFG3.TX_DEDICATED_CCIX_CHICO_PATH_EN";

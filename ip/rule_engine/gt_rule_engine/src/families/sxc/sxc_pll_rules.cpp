@@ -1,4 +1,5 @@
 #include "families/sxb/sxb_lane_alignment.h"
+#include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
 #include "families/sxb/sxb_pll_rules.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
@@ -34,11 +35,7 @@ void changeResetEnables(logicRules& rules) {
 
 logicRules sxcPllLogicRules(const gt_rule_engine& engine) {
     logicRules rules = sxbPllLogicRules(engine);
-    for (const char* const field :
-         {"A_CFG0.A_BGRCALOVRD_EN", "FABRIC_INTF_CFG1.A_RXPD", "FABRIC_INTF_CFG3.A_TXPD",
-          "RESET_CFG.ILORESET_PLLLOCK_SEL", "CHCLK_ILO_CFG.RESERVED_BIT17"}) {
-        removeRule(rules, field);
-    }
+    removeRulesWithoutPlace(rules, sxbPllCatalogue(), sxcPllCatalogue());
     for (const laneSide& side : {transmitSide, receiveSide}) {
         addRule(rules, side.within("RESET_CFG.", "_PLLLOCK_SEL"),
                 zeroForWord(side.parameter("PLL_TYPE"), "LCPLL"));
