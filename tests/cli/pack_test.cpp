@@ -123,6 +123,22 @@ TEST_F(PackCommand, NamesTheRatesBehindAnEntryThatNoLaneUses) {
     }
 }
 
+TEST_F(PackCommand, NamesTheLanesOfOneRateGroupForEachOfEqualReasons) {
+    // No VCO goes as fast as 100 Gb/s wants.
+    RateSettings ofGroupB = rateOf(100.0);
+    ofGroupB.group = "B";
+    request.add(transmit, 0, {rateOf(20.0), rateOf(100.0)}).add(receive, 1, {ofGroupB, ofGroupB});
+    const auto reasonOf = [](const json& lanes, const json& txRates, const json& rxRates,
+                             int rate) -> json {
+        return {{"level", "dual"},     {"lanes", lanes},
+                {"pll", "LCPLL"},      {"tx_rates", txRates},
+                {"rx_rates", rxRates}, {"reason", sentenceOf(noVcoText("LCPLL", 0, rate))}};
+    };
+    const json none = json::array();
+    EXPECT_EQ(answer(1)["reasons"], json({reasonOf({0}, {1}, none, 1), reasonOf({1}, none, {0}, 0),
+                                          reasonOf({1}, none, {1}, 1)}));
+}
+
 /// A word for a PLL that no quad has.
 class PllWord : public PackCommand, public testing::WithParamInterface<std::string> {};
 
@@ -323,6 +339,22 @@ TEST_F(PackCommand, MissingLimitCannotBeJudged) {
     request.addBoth(0, {rateOf(20.0)});
     request.limits.erase("FLCPLLRANGE_MIN");
     expectFailure(pack(), 1, "device limit FLCPLLRANGE_MIN is missing");
+}
+
+TEST_F(PackCommand, LimitThatIsNoNumberCannotBeJudged) {
+    request.addBoth(0, {rateOf(20.0)});
+    request.limits["FLCPLLRANGE_MIN"] = {"low"};
+    const ProgramResult result = pack();
+    expectFailure(result, 1, "device limit FLCPLLRANGE_MIN is no number: \"low\"");
+    EXPECT_THAT(result.errors, HasSubstr("can't be judged"));
+}
+
+TEST_F(PackCommand, LaneBeyondTheParametersCannotBeJudged) {
+    request.addBoth(0, {rateOf(20.0)});
+    request.channels.back().tx = {4};
+    const ProgramResult result = pack();
+    expectFailure(result, 1, "no user parameters for TX of lane 4 at rate 0");
+    EXPECT_THAT(result.errors, HasSubstr("can't be judged"));
 }
 
 TEST_F(PackCommand, RateBeyondTheParametersCannotBeJudged) {

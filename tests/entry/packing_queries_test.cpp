@@ -126,6 +126,30 @@ TEST_F(PackingQueries, FaultIsAMessageWithLoggingOn) {
                 ElementsAre(Pair("HSCLK0_LCPLLGTREFCLK0", "refclk_PIN_R0_156.25_MHz_unique1")));
 }
 
+TEST_F(PackingQueries, LaneOutOfRangeIsAMessageOrErrorCaught) {
+    request.addBoth(0, {rateOf(20.0)});
+    request.channels.front().tx = {4};
+    const CapturedMessages messages;
+    const textMap silent = reasons(false);
+    EXPECT_THAT(silent, testing::Not(IsEmpty()));
+    EXPECT_THAT(silent, testing::Each(Pair(testing::_, "ERROR caught")));
+    EXPECT_THAT(ports(false), ElementsAre(Pair("0", "ERROR caught")));
+    EXPECT_THAT(messages.texts(ToolMsgSeverity::error), IsEmpty());
+    EXPECT_THAT(reasons(true), IsEmpty());
+    EXPECT_THAT(messages.texts(ToolMsgSeverity::error),
+                testing::Contains(testing::StartsWith(
+                    "Exception caught no user parameters for TX of lane 4 at rate 0")));
+}
+
+TEST_F(PackingQueries, LimitThatIsNoNumberIsErrorCaughtWithLoggingOff) {
+    request.addBoth(0, {rateOf(20.0)});
+    request.limits["FLCPLLRANGE_MIN"] = {"low"};
+    const CapturedMessages messages;
+    EXPECT_THAT(reasons(false), ElementsAre(Pair("1", "ERROR caught")));
+    EXPECT_THAT(ports(false), ElementsAre(Pair("0", "ERROR caught")));
+    EXPECT_THAT(messages.texts(ToolMsgSeverity::error), IsEmpty());
+}
+
 TEST_F(PackingQueries, UnusableParametersAreReportedAndGiveEmptyAnswers) {
     request.addBoth(0, {rateOf(20.0)});
     request.parametersAt(receive, 0)["RX_NEW"] = 1U;

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
+#include <map>
 #include <regex>
 #include <string_view>
 
@@ -98,8 +100,41 @@ int rateAtTheEnd(const std::string& text) {
     return at == std::string::npos ? -1 : std::atoi(text.c_str() + at + mark.size());
 }
 
+/// Whether the PLL has no frequency at an entry.
+bool lacksFrequency(const PllView& view, int entry) {
+    const packingNumbers& rows = view.left.at("pllClkFreqs");
+    const auto index = static_cast<std::size_t>(entry);
+    return entry >= 0 && index < rows.size() && rows[index].empty();
+}
+
+/// The views of a PLL of one dual that a text is about. A missing frequency has a text for each
+/// rate group, in the order of the groups, so equal texts are about one group each.
+std::vector<PllView> viewsConcerned(std::vector<PllView> ofPll, bool isAboutFrequency, int rate,
+                                    std::size_t equalTextsBefore) {
+    if (!isAboutFrequency) {
+        return ofPll;
+    }
+    std::vector<PllView> lacking;
+    std::copy_if(ofPll.begin(), ofPll.end(), std::back_inserter(lacking),
+                 [rate](const PllView& view) { return lacksFrequency(view, rate); });
+    return equalTextsBefore < lacking.size() ? std::vector<PllView>{lacking[equalTextsBefore]}
+                                             : std::vector<PllView>();
+}
+
+std::vector<PllView> viewsOf(const gt_quad_packing& packing, const std::string& dual,
+                             const std::string& pll) {
+    std::vector<PllView> own;
+    for (const PllView& view : pllViews(packing)) {
+        if (view.dual == dual && view.pll == pll) {
+            own.push_back(view);
+        }
+    }
+    return own;
+}
+
 /// Lanes of a dual that leave their PLL no frequency, or no common reference clock.
-void concernDual(const gt_quad_packing& packing, PackingReason& reason) {
+void concernDual(const gt_quad_packing& packing, std::size_t equalTextsBefore,
+                 PackingReason& reason) {
     const auto* const sentence = std::find_if(
         dualSentences.begin(), dualSentences.end(), [&reason](const DualSentence& known) {
             return boost::algorithm::starts_with(reason.text, known.start);
@@ -112,15 +147,14 @@ void concernDual(const gt_quad_packing& packing, PackingReason& reason) {
     const std::size_t pllAt = std::string_view(sentence->start).size();
     reason.pll = reason.text.substr(pllAt, lanesAt - pllAt);
     const std::string dual = reason.text[lanesAt + lanesMark.size()] == '0' ? "DUAL_0" : "DUAL_1";
-    const auto isAtFault = [sentence, rate = rateAtTheEnd(reason.text)](
-                               int entry, const std::vector<double>& values) {
-        return sentence == dualSentences.begin() ? entry == rate && values.empty()
-                                                 : !values.empty() && values.front() != 1.0;
+    const bool isAboutFrequency = sentence == dualSentences.begin();
+    const int rate = rateAtTheEnd(reason.text);
+    const auto isAtFault = [isAboutFrequency, rate](int entry, const std::vector<double>& values) {
+        return isAboutFrequency ? entry == rate : !values.empty() && values.front() != 1.0;
     };
-    for (const PllView& view : pllViews(packing)) {
-        if (view.dual == dual && view.pll == reason.pll) {
-            concernEntries(view, sentence->row, isAtFault, reason);
-        }
+    for (const PllView& view : viewsConcerned(viewsOf(packing, dual, reason.pll), isAboutFrequency,
+                                              rate, equalTextsBefore)) {
+        concernEntries(view, sentence->row, isAtFault, reason);
     }
 }
 
@@ -138,13 +172,14 @@ void concernQuad(const gt_quad_packing& packing, PackingReason& reason) {
     }
 }
 
-PackingReason reasonOf(const std::string& message, const gt_quad_packing& packing) {
+PackingReason reasonOf(const std::string& message, const gt_quad_packing& packing,
+                       std::size_t equalTextsBefore) {
     const Sentence sentence = sentenceOf(message);
     PackingReason reason{sentence.level, {}, {}, {}, {}, sentence.text};
     if (reason.level == "channel") {
         concernLane(reason);
     } else if (reason.level == "dual") {
-        concernDual(packing, reason);
+        concernDual(packing, equalTextsBefore, reason);
     } else {
         concernQuad(packing, reason);
     }
@@ -163,8 +198,9 @@ std::string listed(const std::set<int>& numbers) {
 
 std::vector<PackingReason> packingReasons(const PackingQuestion& question) {
     std::vector<PackingReason> reasons;
+    std::map<std::string, std::size_t> timesMet;
     for (const auto& [number, message] : question.messages) {
-        reasons.push_back(reasonOf(message, question.packing));
+        reasons.push_back(reasonOf(message, question.packing, timesMet[message]++));
     }
     const auto rank = [](const PackingReason& reason) {
         return std::find(levels.begin(), levels.end(), reason.level) - levels.begin();
