@@ -143,18 +143,26 @@ class BadRateParameter : public RateTableSelection,
     parameterMap rate() const {
         return GetParam().direction == 0 ? singleLaneTx() : singleLaneRx();
     }
+
+    static std::string place() {
+        return std::string(GetParam().direction == 0 ? " in TX" : " in RX") +
+               " of lane 2 at rate 1";
+    }
 };
 
 TEST_P(BadRateParameter, OfAnotherAlternativeIsRefused) {
-    engine.userParams[GetParam().direction][2] = {with(rate(), GetParam().name, GetParam().value)};
-    EXPECT_THROW(separate(), boost::bad_get);
+    engine.userParams[GetParam().direction][2] = {rate(),
+                                                  with(rate(), GetParam().name, GetParam().value)};
+    EXPECT_EQ(lanecfg_test::textOfFault<boost::bad_get>([this] { separate(); }),
+              GetParam().name + std::string(" has another type") + place());
 }
 
 TEST_P(BadRateParameter, ThatIsMissingIsRefused) {
     parameterMap incomplete = rate();
     ASSERT_EQ(incomplete.erase(GetParam().name), 1U);
-    engine.userParams[GetParam().direction][2] = {incomplete};
-    EXPECT_THROW(separate(), boost::bad_get);
+    engine.userParams[GetParam().direction][2] = {rate(), incomplete};
+    EXPECT_EQ(lanecfg_test::textOfFault<boost::bad_get>([this] { separate(); }),
+              GetParam().name + std::string(" is missing") + place());
 }
 
 INSTANTIATE_TEST_SUITE_P(

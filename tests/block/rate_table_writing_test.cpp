@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 namespace {
 
 using lanecfg_test::critical;
@@ -251,6 +253,37 @@ TEST_F(RateTableWriting, TakesABurstsValuesFromTheirChannelsAtTheSnapshotOfTheFi
     control.txNormal[0] = {entry(1), entry(2), entry(3, 2)};
     EXPECT_THAT(writeBodies(), ElementsAre(burstHeader(1, {0, 1, 2}), 1001, 1002, 1003,
                                            burstHeader(1, {0, 1, 2}), 2001, 2002, 2003));
+}
+
+TEST_F(RateTableWriting, TellsWhichChannelLacksARateOfItsNet) {
+    duplexLane(0, 2);
+    duplexLane(2, 1);
+    channels[2].txMaster = 0;
+    control.txNormal[0] = {entry(1), entry(900, 2, "OTHER")};
+    EXPECT_EQ(
+        lanecfg_test::textOfFault<std::out_of_range>([this] { write(); }),
+        "The TX rate table needs OTHER of channel 2 at rate 1, for which channel 2 has no "
+        "pass; it ran 1. Give all lanes on one rate net the same rates, or put channel 2 on a "
+        "net of its own (txrate, rxrate).");
+}
+
+TEST_F(RateTableWriting, TellsWhichChannelLacksTheSnapshotOfABurst) {
+    duplexLane(0, 2);
+    duplexLane(2, 1);
+    channels[2].txMaster = 0;
+    control.txNormal[0] = {entry(1), entry(2), entry(3, 2, "OTHER")};
+    EXPECT_THAT(lanecfg_test::textOfFault<std::out_of_range>([this] { write(); }),
+                ::testing::StartsWith("The TX rate table needs OTHER of channel 2 at rate 1"));
+}
+
+TEST_F(RateTableWriting, NamesTheTransmitRateAndNotTheSnapshotOfASimplexChannel) {
+    simplexLane(0, 2, 2);
+    simplexLane(2, 1, 2);
+    channels[2].txMaster = 0;
+    control.txNormal[0] = {entry(1), entry(900, 2, "OTHER")};
+    EXPECT_THAT(lanecfg_test::textOfFault<std::out_of_range>([this] { write(); }),
+                ::testing::StartsWith("The TX rate table needs OTHER of channel 2 at rate 1, for "
+                                      "which channel 2 has no pass; it ran 2."));
 }
 
 TEST_F(RateTableWriting, WritesNothingForAFollowerWithoutSingleLanes) {

@@ -348,6 +348,37 @@ TEST_F(BadDatabase, WithAFieldOfOneNumberLeavesTheFieldOutOfItsRegister) {
     EXPECT_THAT(result.output, HasSubstr("\nA_CFG0,256,0x00000100\n"));
 }
 
+/// A request of SXB that can't be answered.
+class BadSxbRequest : public CommandLine {
+  protected:
+    nlohmann::json request_ = bundledRequest("sxb_10gbase_r");
+};
+
+TEST_F(BadSxbRequest, WithoutAParameterOfARateNamesIt) {
+    request_.at("userParams").at(1).at(2).at(0).erase("RX_BUFFER_MODE");
+    expectFailure(runOn(request_, "attributes"), 1,
+                  "no attributes: RX_BUFFER_MODE is missing in RX of lane 2 at rate 0");
+}
+
+TEST_F(BadSxbRequest, WithLanesOfDifferentRatesOnOneNetNamesChannelAndRate) {
+    nlohmann::json oneRate = request_.at("laneUsage").at(0);
+    nlohmann::json twoRates = oneRate;
+    twoRates["rates"] = {0, 1};
+    for (const char* const direction : {"tx", "rx"}) {
+        twoRates[direction] = {0, 1, 2};
+        oneRate[direction] = {3};
+    }
+    request_["laneUsage"] = {twoRates, oneRate};
+    for (nlohmann::json& lanes : request_.at("userParams")) {
+        for (const std::size_t lane : {0U, 1U, 2U}) {
+            lanes.at(lane).push_back(lanes.at(lane).at(0));
+        }
+    }
+    const ProgramResult result = runOn(request_, "attributes");
+    expectFailure(result, 1, "of channel 3 at rate 1, for which channel 3 has no pass; it ran 1.");
+    EXPECT_THAT(result.errors, HasSubstr("Give all lanes on one rate net the same rates"));
+}
+
 /// A file of the database at fault; the library reports it and goes on.
 class BadDatabaseFile : public CommandLine, public testing::WithParamInterface<std::string> {};
 

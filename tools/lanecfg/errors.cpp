@@ -4,6 +4,7 @@
 
 #include <exception>
 #include <new>
+#include <string>
 
 namespace sable_lanecfg::tool {
 
@@ -14,7 +15,12 @@ std::string currentExceptionText() {
         return "A rule reads the variable \"" + variableName +
                "\", which has no value. Give it in the request, or declare it in the parameter "
                "types file with a default.";
-    } catch (const boost::bad_get&) {
+    } catch (const boost::bad_get& error) {
+        // Who knows which value it is has a text of its own.
+        const std::string text = error.what();
+        if (text != boost::bad_get().what()) {
+            return text;
+        }
         return "A rule or register found a value of another type than it takes. lanecfg "
                "check-database tells whether the database is at fault; else look for a user "
                "parameter whose type differs in the parameter types file.";

@@ -154,6 +154,29 @@ TEST_F(SxbChannelPositions, CountOnOverTheQuadsOfALink) {
     EXPECT_THAT(marks(), ElementsAre(false, false, false, true));
 }
 
+/// A link of four with two channels in each of two quads, whose third is the master.
+class SxbMarkOfALinkOverTwoQuads : public SxbChannelPositions {
+  protected:
+    void enterAsQuad(int current) {
+        quads.add(txKey, "TXQUAD_0", {"b.0", "c.0", "a.0", "a.1"}, noMasters, current == 0);
+        quads.add(txKey, "TXQUAD_1", {"a.2", "a.3", "d.0", "e.0"}, {"1", "0", "0", "0"},
+                  current == 1);
+        enter();
+    }
+};
+
+TEST_F(SxbMarkOfALinkOverTwoQuads, LeavesTheQuadOfTheMaster) {
+    enterAsQuad(1);
+    EXPECT_THAT(alignments(), ElementsAre("IM", "above", "single", "single"));
+    EXPECT_THAT(marks(), ElementsAre(false, false, false, false));
+}
+
+TEST_F(SxbMarkOfALinkOverTwoQuads, GoesToThePredecessorInTheOtherQuad) {
+    enterAsQuad(0);
+    EXPECT_THAT(positions(), ElementsAre("single", "single", "bottom", "middle"));
+    EXPECT_THAT(marks(), ElementsAre(false, false, false, true));
+}
+
 TEST_F(SxbChannelPositions, OrderQuadsByNumberAndNotByText) {
     quads.add(txKey, "TXQUAD_10", {"a.4", "a.5", "a.6", "a.7"}, noMasters, true);
     quads.add(txKey, "TXQUAD_2", {"a.0", "a.1", "a.2", "a.3"}, noMasters, false);

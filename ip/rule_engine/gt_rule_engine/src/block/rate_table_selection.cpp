@@ -4,10 +4,12 @@
 #include <lanecfg/rule_engine_utilities.h>
 
 #include <boost/algorithm/string/predicate.hpp>
+#include <boost/variant/get.hpp>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 
 namespace sable_lanecfg {
@@ -20,32 +22,69 @@ using parameterMap = std::map<std::string, ruleValue>;
 
 /// Parameter names of one direction.
 struct directionParameters {
+    const char* word;
     const char* coding;
     const char* userWidth;
     const char* internalWidth;
     const char* bufferMode;
 };
 
-constexpr directionParameters txParameters = {"TX_DATA_ENCODING", "TX_USER_DATA_WIDTH",
+constexpr directionParameters txParameters = {"TX", "TX_DATA_ENCODING", "TX_USER_DATA_WIDTH",
                                               "TX_INT_DATA_WIDTH", "TX_BUFFER_MODE"};
-constexpr directionParameters rxParameters = {"RX_DATA_DECODING", "RX_USER_DATA_WIDTH",
+constexpr directionParameters rxParameters = {"RX", "RX_DATA_DECODING", "RX_USER_DATA_WIDTH",
                                               "RX_INT_DATA_WIDTH", "RX_BUFFER_MODE"};
 
-/// A parameter that the rate does not give is a value of the wrong alternative.
-template <class T>
-T parameter(const parameterMap& rate, const char* name) {
-    const auto found = rate.find(name);
-    return found == rate.end() ? boost::get<T>(ruleValue()) : boost::get<T>(found->second);
-}
+/// A parameter that a rate lacks or has in another type, as a bad value that tells which it is.
+class unusable_parameter : public boost::bad_get {
+  public:
+    explicit unusable_parameter(const std::string& text) : text_(text) {}
+    const char* what() const noexcept override { return text_.what(); }
 
-/// Double width with the asynchronous gearbox takes masked writes one lane at a time.
-bool needsSingleLane(const parameterMap& rate, const directionParameters& names) {
-    const auto coding = parameter<std::string>(rate, names.coding);
-    const auto userWidth = parameter<unsigned int>(rate, names.userWidth);
-    const auto internalWidth = parameter<unsigned int>(rate, names.internalWidth);
-    parameter<unsigned int>(rate, names.bufferMode);  // demanded of every rate, without effect
-    return internalWidth != 0 && userWidth / internalWidth == 2 && coding == "64B66B_ASYNC";
-}
+  private:
+    std::runtime_error text_;  // whose text can be copied without a fault
+};
+
+/// User parameters of a lane at one rate.
+class rateParameters {
+  public:
+    rateParameters(const parameterMap& values, const directionParameters& names, std::size_t lane,
+                   std::size_t rate)
+        : values_(values), names_(names), lane_(lane), rate_(rate) {}
+
+    /// Double width with the asynchronous gearbox takes masked writes one lane at a time.
+    bool needSingleLane() const {
+        const auto coding = get<std::string>(names_.coding);
+        const auto userWidth = get<unsigned int>(names_.userWidth);
+        const auto internalWidth = get<unsigned int>(names_.internalWidth);
+        get<unsigned int>(names_.bufferMode);  // demanded of every rate, without effect
+        return internalWidth != 0 && userWidth / internalWidth == 2 && coding == "64B66B_ASYNC";
+    }
+
+  private:
+    template <class T>
+    T get(const char* name) const {
+        const auto found = values_.find(name);
+        if (found == values_.end()) {
+            throwUnusable(name, "is missing");
+        }
+        const T* const value = boost::get<T>(&found->second);
+        if (value == nullptr) {
+            throwUnusable(name, "has another type");
+        }
+        return *value;
+    }
+
+    [[noreturn]] void throwUnusable(const char* name, const char* fault) const {
+        throw unusable_parameter(std::string(name) + ' ' + fault + " in " + names_.word +
+                                 " of lane " + std::to_string(lane_) + " at rate " +
+                                 std::to_string(rate_));
+    }
+
+    const parameterMap& values_;
+    const directionParameters& names_;
+    std::size_t lane_;
+    std::size_t rate_;
+};
 
 void findSingleLanes(const userParamStore& params, std::size_t direction,
                      const directionParameters& names, std::array<int, 4>& singleLane) {
@@ -54,8 +93,8 @@ void findSingleLanes(const userParamStore& params, std::size_t direction,
     }
     const auto& lanes = params[direction];
     for (std::size_t lane = 0; lane < lanes.size() && lane < singleLane.size(); ++lane) {
-        for (const parameterMap& rate : lanes[lane]) {
-            if (needsSingleLane(rate, names)) {
+        for (std::size_t rate = 0; rate < lanes[lane].size(); ++rate) {
+            if (rateParameters(lanes[lane][rate], names, lane, rate).needSingleLane()) {
                 singleLane[lane] = 1;
             }
         }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 
 namespace sable_lanecfg {
@@ -166,7 +167,23 @@ struct gt_rule_engine::bodyWriter {
     /// is taken with the receive side at its first rate.
     int snapshotOf(int rate, const RateTableAttribute& attribute) const {
         const RateTableChannel& owner = channels[attribute.channel];
-        return !transmits() || owner.duplex ? rate : rate * owner.numRxRates;
+        const int snapshot = !transmits() || owner.duplex ? rate : rate * owner.numRxRates;
+        demandPass(attribute, rate, snapshot);
+        return snapshot;
+    }
+
+    /// The channel of a register may have fewer rates than the one whose table has to write it.
+    void demandPass(const RateTableAttribute& attribute, int rate, int snapshot) const {
+        const std::size_t passes = engine.passesOf(attribute.channel).size();
+        if (static_cast<std::size_t>(snapshot) >= passes) {
+            const std::string channel = "channel " + std::to_string(attribute.channel);
+            throw std::out_of_range(std::string("The ") + side.word + " rate table needs " +
+                                    attribute.name + " of " + channel + " at rate " +
+                                    std::to_string(rate) + ", for which " + channel +
+                                    " has no pass; it ran " + std::to_string(passes) +
+                                    ". Give all lanes on one rate net the same rates, or put " +
+                                    channel + " on a net of its own (txrate, rxrate).");
+        }
     }
 
     void appendGroup(int channel, const wordList& group) {
@@ -222,8 +239,12 @@ struct gt_rule_engine::bodyWriter {
                 const auto at = [&](std::size_t position) {
                     return registers.begin() + static_cast<std::ptrdiff_t>(position);
                 };
-                appendGroup(channel, engine.rateTableBodyCase2_new(attributeList(at(i), at(end)),
-                                                                   snapshotOf(rate, registers[i])));
+                const attributeList burst(at(i), at(end));
+                const int snapshot = snapshotOf(rate, burst.front());
+                for (const RateTableAttribute& attribute : burst) {
+                    demandPass(attribute, rate, snapshot);
+                }
+                appendGroup(channel, engine.rateTableBodyCase2_new(burst, snapshot));
                 i = end;
             } else {
                 // A lone register takes the next one along, however far away it is.

@@ -92,7 +92,8 @@ const Content* elementOf(const std::map<std::string, Content>& table, const std:
     return found == table.end() ? nullptr : &found->second;
 }
 
-/// What the packing left of one PLL in a dual and rate group.
+/// What the packing left of one PLL in a dual and rate group; it looks at the tables of the
+/// packing, which have to outlive it.
 class pll_outcome {
   public:
     /// `sources` may be null.
@@ -105,41 +106,42 @@ class pll_outcome {
           sources_(rowsOf(sources, "refclkSources")) {}
 
     bool hasFrequencies() const {
-        return std::any_of(frequencies_.begin(), frequencies_.end(),
+        return std::any_of(frequencies_->begin(), frequencies_->end(),
                            [](const std::vector<double>& row) { return !row.empty(); });
     }
 
     bool hasFrequencies(std::size_t row) const {
-        return row < frequencies_.size() && !frequencies_[row].empty();
+        return row < frequencies_->size() && !(*frequencies_)[row].empty();
     }
 
     /// Lanes that change rate independently of each other share one row.
-    std::size_t rowOf(std::size_t slot) const { return frequencies_.size() == 1 ? 0 : slot; }
+    std::size_t rowOf(std::size_t slot) const { return frequencies_->size() == 1 ? 0 : slot; }
 
     /// Whether lanes hold the PLL at one frequency at all of their rates.
-    bool isShared() const { return shared_.at(0).at(0) != 0.0; }
+    bool isShared() const { return shared_->at(0).at(0) != 0.0; }
 
     /// The five parameters that tell the rules of the PLL; `prefix` is direction and PLL.
     parameterMap parameters(const std::string& prefix, std::size_t row, bool powerDown) const {
-        return {{prefix + "_PLLCLKOUT_FREQ_VECTOR", frequencies_.at(row)},
-                {prefix + "_REFCLK_FREQUENCY", clocks_.at(row).at(0)},
+        return {{prefix + "_PLLCLKOUT_FREQ_VECTOR", frequencies_->at(row)},
+                {prefix + "_REFCLK_FREQUENCY", clocks_->at(row).at(0)},
                 {prefix + "_POWERDOWN", powerDown},
-                {prefix + "_REFCLK_SOURCE", sources_.at(row).at(0)},
-                {prefix + "_REFCLK_ID", static_cast<unsigned int>(clockIds_.at(row).at(0))}};
+                {prefix + "_REFCLK_SOURCE", sources_->at(row).at(0)},
+                {prefix + "_REFCLK_ID", static_cast<unsigned int>(clockIds_->at(row).at(0))}};
     }
 
   private:
     template <class Rows>
-    static Rows rowsOf(const std::map<std::string, Rows>* rows, const char* name) {
+    static const Rows* rowsOf(const std::map<std::string, Rows>* rows, const char* name) {
+        static const Rows none;
         const Rows* const found = rows == nullptr ? nullptr : elementOf(*rows, name);
-        return found == nullptr ? Rows() : *found;
+        return found == nullptr ? &none : found;
     }
 
-    packingNumbers frequencies_;
-    packingNumbers shared_;
-    packingNumbers clocks_;
-    packingNumbers clockIds_;
-    packingTexts sources_;
+    const packingNumbers* frequencies_;
+    const packingNumbers* shared_;
+    const packingNumbers* clocks_;
+    const packingNumbers* clockIds_;
+    const packingTexts* sources_;
 };
 
 /// What a table of the packing has by PLL for a dual and rate group, null where there is none.
@@ -245,8 +247,10 @@ void enterSummary(const quadSummary& summary, int lane, parameterMap& values) {
 }  // namespace
 
 void takePacking(gt_rule_engine& engine) {
-    gt_quad_packing packing(engine.channelUsage, engine.paramTypes, engine.userParams,
-                            engine.attributes, engine.settings);
+    // The packing keeps a copy of what it gets, and no question about it needs the registers.
+    const std::map<std::string, attributeInfo> noRegisters;
+    gt_quad_packing packing(engine.channelUsage, engine.paramTypes, engine.userParams, noRegisters,
+                            engine.settings);
     engine.packedChannels = packing.canBePacked(true);
     engine.intersectedCoordinates = std::move(packing.intersectedCoordinates);
     engine.refclkSourceIntersectedCoordinates =
