@@ -182,6 +182,15 @@ class Parameters(unittest.TestCase):
         self.assertEqual(len(sequences), 4 + 8)
         self.assertEqual(sequences["RX_CC_K_1_2"]["description"], "Sequence 1, element 2")
 
+    def test_a_database_may_have_other_defaults_of_parameters_that_are_there(self):
+        rows = [{"name": name, "type": "bool", "unit": "", "default": "false", "families": "SXB",
+                 "description": "Use"} for name in ("TX_IN_USE", "RX_IN_USE")]
+        made = parameters_of("SXB", rows, {"TX_IN_USE": "true"})
+        self.assertEqual(made["TX_IN_USE"]["default_value"], "true")
+        self.assertEqual(made["RX_IN_USE"]["default_value"], "false")
+        with self.assertRaisesRegex(KeyError, "TX_USED"):
+            parameters_of("SXB", rows, {"TX_USED": "true"})
+
     def test_the_table_has_every_parameter_once_with_known_types_and_families(self):
         rows = load_parameters()
         names = [row["name"] for row in rows]

@@ -249,6 +249,25 @@ TEST(LogicRuleEdits, ARemovedRuleIsGone) {
     EXPECT_EQ(rules.count("CLOCK_CFG.ENABLE"), 1U);
 }
 
+TEST(LogicRuleEdits, RulesOfWhatACatalogueHasNoLongerAreRemoved) {
+    const register_catalogue before{step("solver"),
+                                    step("search"),
+                                    {"CLOCK_CFG", {logic("SOURCE"), logic("ENABLE")}},
+                                    {"LINK_CFG", {constant("DELAY", 1)}}};
+    const register_catalogue after{
+        step("search"), {"CLOCK_CFG", {constant("SOURCE", 1), logic("ENABLE"), logic("SPEED")}}};
+    logicRules rules;
+    for (const char* const name : {"solver", "search", "CLOCK_CFG.SOURCE", "CLOCK_CFG.ENABLE"}) {
+        rules[name] = declaringOutput(name);
+    }
+    removeRulesWithoutPlace(rules, before, after);
+    EXPECT_EQ(rules.size(), 2U);
+    EXPECT_EQ(rules.count("search"), 1U);
+    EXPECT_EQ(rules.count("CLOCK_CFG.ENABLE"), 1U);
+    // The rule of a field that is gone has to have been there.
+    EXPECT_THROW(removeRulesWithoutPlace(rules, before, after), std::invalid_argument);
+}
+
 TEST(LogicRuleEdits, ASlipInADifferenceIsRefusedByName) {
     logicRules rules{{"CLOCK_CFG.SOURCE", declaringOutput("present")}};
     const auto refusalOf = [&rules](const auto& edit) -> std::string {

@@ -106,6 +106,15 @@ TEST(RegisterCatalogue, InsertsInFrontOfTheFirstEntryOfAName) {
                             "LINK_CFG", "LINK_CFG", "RESET_CFG"));
 }
 
+TEST(RegisterCatalogue, InsertsBehindTheLastEntryOfAName) {
+    register_catalogue catalogue = smallCatalogue();
+    catalogue.insertAfter("LINK_CFG", step("second solver"));
+    catalogue.insertAfter("RESET_CFG", step("last solver"));
+    EXPECT_THAT(entryNames(catalogue),
+                ElementsAre("CLOCK_CFG", "solver", "LINK_CFG", "SPARE_CFG", "LINK_CFG", "LINK_CFG",
+                            "second solver", "RESET_CFG", "last solver"));
+}
+
 TEST(RegisterCatalogue, ReplacesAnEntryInItsPlace) {
     register_catalogue catalogue = smallCatalogue();
     catalogue.replace({"SPARE_CFG", {constant("USED_NOW", 1)}});
@@ -169,6 +178,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         RefusedEdit{"InsertingBeforeAnUnknownEntry",
                     [](auto& it) { it.insertBefore("NO_CFG", step("solver")); }, "NO_CFG"},
+        RefusedEdit{"InsertingAfterAnUnknownEntry",
+                    [](auto& it) { it.insertAfter("NO_CFG", step("solver")); }, "NO_CFG"},
         RefusedEdit{"ReplacingAnUnknownEntry",
                     [](auto& it) {
                         it.replace({"NO_CFG", {}});

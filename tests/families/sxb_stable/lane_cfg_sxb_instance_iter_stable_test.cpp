@@ -1,0 +1,367 @@
+#include "families/frozen/lane_cfg_sxb_instance_iter_stable.h"
+
+#include "support/captured_messages.h"
+#include "support/packing_request.h"
+#include "support/quad_usage.h"
+#include "support/reference_data.h"
+#include "support/temporary_directory.h"
+
+#include <lanecfg/lane_cfg_ip_mgr.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace sable_lanecfg {
+namespace {
+
+using lanecfg_test::CapturedMessages;
+using lanecfg_test::noVcoText;
+using lanecfg_test::PackingRequest;
+using lanecfg_test::QuadUsage;
+using lanecfg_test::rateOf;
+using lanecfg_test::RateSettings;
+using lanecfg_test::receive;
+using lanecfg_test::tenGigabitEthernet;
+using lanecfg_test::textsOf;
+using lanecfg_test::transmit;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Key;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::SizeIs;
+
+class SxbStableInstance : public testing::Test {
+  protected:
+    std::unique_ptr<lane_cfg_sxb_instance_iter_stable> made(const PackingRequest& request) const {
+        return made(request, database);
+    }
+
+    std::unique_ptr<lane_cfg_sxb_instance_iter_stable> made(const PackingRequest& request,
+                                                            const gt_db_load& content) const {
+        return std::make_unique<lane_cfg_sxb_instance_iter_stable>(
+            "quad", request.channels, quads.quads, content.m_paramTypes, request.userParams,
+            content.m_fields, deviceData);
+    }
+
+    static PackingRequest oneLane(int lane = 0,
+                                  const RateSettings& settings = tenGigabitEthernet()) {
+        PackingRequest request;
+        request.addBoth(lane, {settings});
+        return request;
+    }
+
+    template <class Value>
+    static Value valueIn(const lane_cfg_instance_iter_stable& instance, std::size_t lane,
+                         const std::string& name, std::size_t pass = 0) {
+        return boost::get<Value>(instance.blockVarMap.at(lane).at(pass).at(name).value);
+    }
+
+    const gt_db_load database = lanecfg_test::referenceDatabase("SXB-stable");
+    std::map<std::string, std::vector<std::string>> deviceData = database.m_deviceData;
+    QuadUsage quads;
+    CapturedMessages messages;
+};
+
+TEST_F(SxbStableInstance, KnowsItsNameFamilyAndQuads) {
+    quads.add("TX_QUAD_CH", "TXQUAD_0", {"a.0", "a.1", "a.2", "a.3"}, {});
+    const auto instance = made(PackingRequest());
+    EXPECT_EQ(instance->instanceName, "quad");
+    EXPECT_EQ(instance->ipName, "quad");
+    EXPECT_EQ(instance->familyName, "SXB");
+    EXPECT_EQ(instance->family, "SXB");
+    EXPECT_EQ(instance->quadsUsage, quads.quads);
+}
+
+TEST_F(SxbStableInstance, IsWhatTheManagerMakes) {
+    const PackingRequest request = oneLane();
+    const std::unique_ptr<lane_cfg_instance_iter_stable> instance(
+        lane_cfg_ip_mgr::createLaneCfgIterStableInstance("quad", "SXB", request.channels, {},
+                                                         database.m_paramTypes, request.userParams,
+                                                         database.m_fields, database.m_deviceData));
+    ASSERT_NE(instance, nullptr);
+    EXPECT_EQ(instance->familyName, "SXB");
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV"), 66U);
+}
+
+TEST_F(SxbStableInstance, RegistersReceiveThenTransmitThenPllRules) {
+    const auto instance = made(PackingRequest());
+    const auto numberOf = [&instance](const std::string& name) {
+        return instance->varMap.at(name).ruleNumber.value_or(-1);
+    };
+    EXPECT_EQ(numberOf("RX_PCS_CFG0.RX_DATA_WIDTH"), 0);
+    EXPECT_EQ(numberOf("TX_PCS_CFG0.TX_DATA_WIDTH"), 827);
+    EXPECT_EQ(numberOf("INT_LCPLL_PLLCLKOUT_VECTOR"), 827 + 198);
+    EXPECT_EQ(numberOf("MEMCELLX0F13"), 827 + 198 + 804 - 1);
+}
+
+TEST_F(SxbStableInstance, GivesTheRulesTheReceiversPllAlone) {
+    const auto instance = made(oneLane(0, tenGigabitEthernet("R3")));
+    EXPECT_THAT(instance->packedChannels, IsEmpty());
+    EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_VCO"), 10.3125);
+    EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_REFCLK_FREQUENCY"), 156.25);
+    EXPECT_FALSE(valueIn<bool>(*instance, 0, "RX_PLL_POWERDOWN"));
+    EXPECT_EQ(valueIn<std::string>(*instance, 0, "RX_PLL_REFCLK_SOURCE"), "R3");
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV"), 66U);
+    EXPECT_EQ(valueIn<double>(*instance, 0, "INT_LCPLL_PLLCLKOUT"), 10.3125);
+    // Nothing tells the rules of the sides of the current rules.
+    EXPECT_TRUE(valueIn<bool>(*instance, 0, "TX_LCPLL_POWERDOWN"));
+    EXPECT_FALSE(valueIn<bool>(*instance, 0, "MULTI_RATE"));
+    EXPECT_THAT(messages.records(), IsEmpty());
+}
+
+TEST_F(SxbStableInstance, PowersTheRpllDownForAReceiverOnTheLcpll) {
+    const auto instance = made(oneLane());
+    EXPECT_TRUE(valueIn<bool>(*instance, 0, "INT_RPLL_POWERDOWN"));
+    EXPECT_EQ(valueIn<double>(*instance, 0, "INT_RPLL_PLLCLKOUT"), 0.0);
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "A_CFG3.A_HS0_RPLLPD"), 1U);
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "A_CFG2.A_HS0_LCPLLPD"), 0U);
+}
+
+TEST_F(SxbStableInstance, KeepsTheOutcomeOfThePacking) {
+    const auto instance = made(oneLane(0, tenGigabitEthernet("R3")));
+    const auto& numbers = instance->intersectedCoordinates.at("DUAL_0").at("A").at("LCPLL");
+    EXPECT_THAT(numbers.at("pllClkFreqs"), ElementsAre(ElementsAre(10.3125)));
+    const auto& texts =
+        instance->refclkSourceIntersectedCoordinates.at("DUAL_0").at("A").at("LCPLL");
+    EXPECT_THAT(texts.at("refclkSources"), ElementsAre(ElementsAre("R3")));
+}
+
+TEST_F(SxbStableInstance, PowersThePllDownOfARequestThatDoesNotPack) {
+    // The rates need 5.15625 or 10.3125 GHz, and 5.5 or 11.0.
+    PackingRequest request;
+    request.addBoth(0, {rateOf(10.3125)}).addBoth(1, {rateOf(11.0)});
+    const auto instance = made(request);
+    EXPECT_EQ(textsOf(instance->packedChannels).front(), noVcoText("LCPLL", 0, 0));
+    EXPECT_TRUE(valueIn<bool>(*instance, 0, "RX_PLL_POWERDOWN"));
+    EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_VCO"), 0.0);
+    // A clock of 0 has no dividers, so those of an idle PLL stay.
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "A_CFG1.A_HS0_LCPLLFBDIV"), 78U);
+}
+
+TEST_F(SxbStableInstance, TakesEveryDirectionForUsedUnlessTheRequestSaysOtherwise) {
+    PackingRequest request = oneLane();
+    request.parametersAt(receive, 0)["RX_IN_USE"] = false;
+    const auto instance = made(request);
+    EXPECT_TRUE(valueIn<bool>(*instance, 0, "TX_IN_USE"));
+    EXPECT_FALSE(valueIn<bool>(*instance, 0, "RX_IN_USE"));
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "FABRIC_INTF_CFG1.A_RXPD"), 3U);
+    // A lane without any rate too.
+    EXPECT_TRUE(valueIn<bool>(*instance, 3, "TX_IN_USE"));
+    EXPECT_TRUE(valueIn<bool>(*instance, 3, "RX_IN_USE"));
+    EXPECT_EQ(valueIn<unsigned>(*instance, 3, "FABRIC_INTF_CFG3.A_TXPD"), 0U);
+}
+
+TEST_F(SxbStableInstance, RunsAQuadThatNobodyUses) {
+    const auto instance = made(PackingRequest());
+    ASSERT_THAT(instance->blockVarMap, SizeIs(4));
+    for (std::size_t lane = 0; lane < 4; ++lane) {
+        EXPECT_THAT(instance->blockVarMap[lane], SizeIs(1));
+        EXPECT_TRUE(valueIn<bool>(*instance, lane, "RX_PLL_POWERDOWN"));
+        EXPECT_EQ(valueIn<unsigned>(*instance, lane, "A_CFG1.A_HS0_LCPLLFBDIV"), 78U);
+        // The selector of R0, in both duals.
+        EXPECT_EQ(valueIn<unsigned>(*instance, lane, "MEMCELLX0F13.HS1_RPLL_IPS_REFCLK_SEL"), 1U);
+    }
+}
+
+TEST_F(SxbStableInstance, StartsThePassOfAnIdleLaneWithoutAClock) {
+    const auto instance = made(oneLane());
+    EXPECT_EQ(valueIn<double>(*instance, 1, "RX_PLL_VCO"), 0.0);
+    EXPECT_EQ(valueIn<double>(*instance, 1, "INT_LCPLL_PLLCLKOUT"), 0.0);
+    // So it has the dividers of the lane before it.
+    EXPECT_EQ(valueIn<unsigned>(*instance, 1, "A_CFG1.A_HS0_LCPLLFBDIV"), 64U);
+}
+
+TEST_F(SxbStableInstance, StartsThePassWithoutAClockAlsoWhenTheDatabaseHasNoSuchParameter) {
+    gt_db_load content = lanecfg_test::referenceDatabase("SXB-stable");
+    for (const char* const name :
+         {"RX_PLL_VCO", "RX_PLL_REFCLK_FREQUENCY", "RX_PLL_POWERDOWN", "RX_PLL_REFCLK_SOURCE"}) {
+        EXPECT_EQ(content.m_paramTypes.erase(name), 1U);
+    }
+    const auto instance = made(oneLane(), content);
+    EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_VCO"), 10.3125);
+    EXPECT_EQ(valueIn<double>(*instance, 1, "RX_PLL_VCO"), 0.0);
+    EXPECT_TRUE(valueIn<bool>(*instance, 1, "RX_PLL_POWERDOWN"));
+    EXPECT_EQ(valueIn<std::string>(*instance, 1, "RX_PLL_REFCLK_SOURCE"), "R0");
+}
+
+TEST_F(SxbStableInstance, SolvesEachRateForItself) {
+    // 66 and 90 times 156.25 MHz.
+    RateSettings faster = tenGigabitEthernet();
+    faster.lineRate = 14.0625;
+    PackingRequest request;
+    request.addBoth(0, {tenGigabitEthernet(), faster});
+    const auto instance = made(request);
+    ASSERT_THAT(instance->blockVarMap[0], SizeIs(2));
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV", 0), 66U);
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV", 1), 90U);
+}
+
+TEST_F(SxbStableInstance, CountsRatesAndFindsTheirGroupsWhenAsked) {
+    PackingRequest request;
+    request.addBoth(0, {tenGigabitEthernet(), tenGigabitEthernet()});
+    request.channels.front().group = "G";
+    const auto instance = made(request);
+    EXPECT_EQ(instance->numberOfRatesForThisChannel(transmit, 0), 2);
+    EXPECT_EQ(instance->numberOfRatesForThisChannel(receive, 1), 1);
+    EXPECT_THAT(instance->groupsOfRates(), IsEmpty());
+    instance->findGrouping();
+    EXPECT_EQ(instance->groupsOfRates().at(transmit).at(0).at(1), "G");
+    EXPECT_EQ(instance->groupsOfRates().at(receive).at(3).at(0), "G");
+}
+
+TEST_F(SxbStableInstance, GivesTheRulesThePositionsInTheQuad) {
+    quads.add("TX_QUAD_CH", "TXQUAD_0", {"a.0", "a.1", "b.0", "undef"}, {"1", "0", "1", "0"});
+    PackingRequest request;
+    for (int lane = 0; lane < 3; ++lane) {
+        request.addBoth(lane, {tenGigabitEthernet()});
+    }
+    const auto instance = made(request);
+    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "bottom");
+    EXPECT_EQ(valueIn<std::string>(*instance, 1, "TX_PIPE_POSITION"), "top");
+    EXPECT_EQ(valueIn<std::string>(*instance, 1, "TX_CH0_SYNCDONE_POSITION"), "IM");
+    EXPECT_EQ(valueIn<std::string>(*instance, 2, "TX_PIPE_POSITION"), "single");
+}
+
+TEST_F(SxbStableInstance, WithoutQuadsLeavesThePositionsAtTheirDefaults) {
+    const auto instance = made(oneLane());
+    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "single");
+    EXPECT_EQ(valueIn<std::string>(*instance, 0, "RX_CH3_RESETDONE_POSITION"), "single");
+}
+
+TEST_F(SxbStableInstance, TellsTheUserOfAFaultInThePackingAndGoesOn) {
+    PackingRequest request = oneLane();
+    request.parametersAt(transmit, 0).erase("TX_REFCLK_SOURCE");
+    const auto instance = made(request);
+    EXPECT_THAT(
+        messages.texts(0x20000000),
+        Contains(MatchesRegex("Exception caught TX_REFCLK_SOURCE is missing in TX of lane 0 "
+                              "at rate 0 at [0-9]+ of file ip/rule_engine/gt_rule_engine/"
+                              "src/gt_quad_packing\\.")));
+    EXPECT_THAT(instance->blockVarMap, SizeIs(4));
+}
+
+TEST_F(SxbStableInstance, TellsTheUserOfAFaultInTheValuesAndGoesOn) {
+    gt_db_load content = lanecfg_test::referenceDatabase("SXB-stable");
+    content.m_paramTypes["RX_PLL_TYPE"].type = "list";
+    PackingRequest request = oneLane();
+    request.addBoth(1, {tenGigabitEthernet()});
+    request.parametersAt(receive, 0).erase("RX_PLL_TYPE");
+    // The rules ask for the type too, and nothing has it.
+    EXPECT_THROW(made(request, content), std::string);
+    EXPECT_THAT(messages.texts(0x20000000),
+                Contains(MatchesRegex("Exception caught RX_PLL_TYPE is missing in RX of lane 0 at "
+                                      "rate 0 at [0-9]+ of file ip/rule_engine/gt_rule_engine/src/"
+                                      "lane_cfg_sxb_instance\\.")));
+}
+
+TEST_F(SxbStableInstance, RefusesADatabaseWithFieldsThatItsRulesDoNotWrite) {
+    // That of the current rules has fields that only they write.
+    EXPECT_THROW(made(oneLane(), lanecfg_test::referenceDatabase("SXB")), boost::bad_get);
+}
+
+TEST_F(SxbStableInstance, PassesOnTheExceptionOfARule) {
+    PackingRequest request = oneLane();
+    request.parametersAt(transmit, 0)["TX_LINE_RATE"] = 10U;
+    EXPECT_THROW(made(request), boost::bad_get);
+}
+
+TEST_F(SxbStableInstance, ReportsNoOutputClock) {
+    EXPECT_THAT(made(oneLane())->getOutClkFrequencies(), IsEmpty());
+}
+
+TEST_F(SxbStableInstance, TakesTheDualsPllFromItsFirstLaneAlsoWhenOnlyTheSecondUsesIt) {
+    const std::map<std::string, std::string> answer =
+        made(oneLane(1, tenGigabitEthernet("R2")))->getAttributes();
+    // Lane 0, which is idle, stands at R0, has the dividers of before the first pass, and its LCPLL
+    // is powered down.
+    EXPECT_EQ(answer.at("HS0_LCPLL_IPS_REFCLK_SEL"), "1");
+    EXPECT_EQ(answer.at("A_CFG1"), std::to_string(78U + (78U << 8) + (64U << 16) + (78U << 24)));
+    EXPECT_EQ(answer.at("A_CFG2"), "1");
+}
+
+TEST_F(SxbStableInstance, AnswersNoListOfUnchangedRegistersAndNoOtherReferenceClockWord) {
+    const std::map<std::string, std::string> answer = made(oneLane())->getAttributes();
+    for (const char* const name : {"STAT_NPI_REG_LIST", "LCPLL_REFCLK_IPS", "RPLL_REFCLK_IPS"}) {
+        EXPECT_THAT(answer, Not(Contains(Key(name))));
+    }
+    for (const char* const name :
+         {"MEMCELLX0C12", "MEMCELLX0C13", "MEMCELLX0F12", "MEMCELLX0F13"}) {
+        EXPECT_THAT(answer, Contains(Key(name)));
+    }
+}
+
+TEST_F(SxbStableInstance, HoldsTheFrozenFirmwareOnEverySilicon) {
+    const std::string firmware =
+        lanecfg_test::readFile(lanecfg_test::dataFolder() / "firmware" / "frozen.mem");
+    for (const char* const revision : {"es1", "ES1", "es2", ""}) {
+        deviceData["siliconRev"] = {revision};
+        const auto instance = made(oneLane());
+        std::map<std::string, std::string> image = instance->getMemContent();
+        ASSERT_THAT(image, SizeIs(6));
+        EXPECT_EQ(image.rbegin()->first, "@00016000");
+        EXPECT_EQ(image.at("@00016000"), instance->generateRateTable(false));
+        image.erase("@00016000");
+        std::string text;
+        for (const auto& [key, section] : image) {
+            text.append(key).append("\n").append(section);
+        }
+        EXPECT_TRUE(text == firmware) << revision;
+    }
+}
+
+/// Lanes used or not at random, each with rates, PLLs and sources of its own.
+class SxbStableInstanceOfRandomLanes : public SxbStableInstance,
+                                       public testing::WithParamInterface<unsigned int> {
+  protected:
+    template <class Element>
+    Element oneOf(const std::vector<Element>& elements) {
+        return elements[std::uniform_int_distribution<std::size_t>(0, elements.size() - 1)(random)];
+    }
+
+    PackingRequest randomRequest() {
+        PackingRequest request;
+        for (int lane = 0; lane < 4; ++lane) {
+            std::vector<RateSettings> rates(oneOf<std::size_t>({0, 1, 2, 3}));
+            for (RateSettings& rate : rates) {
+                rate =
+                    rateOf(oneOf<double>({2.5, 5.0, 10.3125, 14.0625, 16.0}),
+                           oneOf<std::string>({"LCPLL", "RPLL"}),
+                           oneOf<double>({100.0, 125.0, 156.25}), oneOf<std::string>({"R0", "R1"}));
+                rate.group = std::to_string(lane);
+            }
+            if (!rates.empty()) {
+                request.addBoth(lane, rates, "PIN" + std::to_string(lane));
+            }
+        }
+        return request;
+    }
+
+    std::mt19937 random{GetParam()};
+};
+
+TEST_P(SxbStableInstanceOfRandomLanes, HavePllsThatAreDownExactlyWithoutAClock) {
+    const auto instance = made(randomRequest());
+    for (const auto& passes : instance->blockVarMap) {
+        for (const variableMap& pass : passes) {
+            const auto clock = boost::get<double>(pass.at("RX_PLL_VCO").value);
+            EXPECT_EQ(boost::get<bool>(pass.at("RX_PLL_POWERDOWN").value), clock == 0.0);
+            const auto type = boost::get<std::string>(pass.at("RX_PLL_TYPE").value);
+            const std::string other = type == "LCPLL" ? "RPLL" : "LCPLL";
+            EXPECT_EQ(boost::get<double>(pass.at("INT_" + type + "_PLLCLKOUT").value), clock);
+            EXPECT_EQ(boost::get<double>(pass.at("INT_" + other + "_PLLCLKOUT").value), 0.0);
+            EXPECT_TRUE(boost::get<bool>(pass.at("INT_" + other + "_POWERDOWN").value));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, SxbStableInstanceOfRandomLanes, testing::Range(0U, 6U));
+
+}  // namespace
+}  // namespace sable_lanecfg
