@@ -243,14 +243,26 @@ TEST_F(RuleDeclaration, WithoutAnOutputIsRefusedSinceItWouldNeverRun) {
     EXPECT_THAT(engine.varMap, IsEmpty());
 }
 
-TEST_F(RuleDeclaration, ThatIsNotTheSameEveryTimeIsRefused) {
+TEST_F(RuleDeclaration, IsMadeOnceByItsFunction) {
     int runs = 0;
-    EXPECT_THROW(declareRule(engine,
-                             [&runs](rule_declaration& rule) {
-                                 rule.writes("output " + std::to_string(++runs));
-                                 rule.body([] {});
-                             }),
-                 std::logic_error);
+    declareRule(engine, [&runs](rule_declaration& rule) {
+        ++runs;
+        rule.writes("output");
+        rule.body([] {});
+    });
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(RuleDeclaration, EntersNothingBeforeItIsRegistered) {
+    rule_declaration rule(&engine);
+    rule.reads<double>("rate");
+    rule.writes("divider");
+    rule.body([] {});
+    EXPECT_THAT(engine.varMap, IsEmpty());
+    EXPECT_EQ(engine.addVertex("first", varInfo()), 0U);
+    rule.enter();
+    EXPECT_EQ(engine.addVertex("divider", varInfo()), 1U);
+    EXPECT_EQ(engine.addVertex("rate", varInfo()), 2U);
 }
 
 /// A random rule as names. Inputs come from earlier numbers than outputs, so that no cycle arises.

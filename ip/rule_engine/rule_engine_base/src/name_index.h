@@ -22,10 +22,14 @@ class name_index {
     /// What no name has.
     static constexpr number none = std::numeric_limits<number>::max();
 
+    /// Hash of a name, for whoever may enter it after a search.
+    static std::uint32_t hashOf(std::string_view name) {
+        return static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
+    }
+
     /// Number of the name, or `none`. `nameOf` gives the name of a number that was entered.
     template <class NameOf>
-    number find(std::string_view name, const NameOf& nameOf) const {
-        const std::uint32_t hash = hashOf(name);
+    number find(std::string_view name, std::uint32_t hash, const NameOf& nameOf) const {
         for (std::size_t position = hash;; ++position) {
             const slot& probed = slots[position & (slots.size() - 1)];
             if (probed.taken == none || (probed.hash == hash && nameOf(probed.taken) == name)) {
@@ -34,12 +38,12 @@ class name_index {
         }
     }
 
-    /// Enters a name that is not there.
-    void enter(std::string_view name, number entered) {
+    /// Enters a name that is not there, by its hash.
+    void enter(std::uint32_t hash, number entered) {
         if (2 * (count + 1) > slots.size()) {
             grow();
         }
-        place({hashOf(name), entered});
+        place({hash, entered});
         ++count;
     }
 
@@ -48,10 +52,6 @@ class name_index {
         std::uint32_t hash = 0;
         number taken = none;
     };
-
-    static std::uint32_t hashOf(std::string_view name) {
-        return static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
-    }
 
     void place(slot placed) {
         std::size_t position = placed.hash;

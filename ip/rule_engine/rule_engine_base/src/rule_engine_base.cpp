@@ -3,6 +3,7 @@
 #include <lanecfg/rule_engine_base.h>
 
 #include <boost/graph/compressed_sparse_row_graph.hpp>
+#include <boost/graph/depth_first_search.hpp>
 #include <boost/graph/topological_sort.hpp>
 #include <boost/iterator/function_output_iterator.hpp>
 
@@ -48,32 +49,38 @@ struct valueText : boost::static_visitor<std::string> {
     }
 };
 
+/// Whether names are those of a register, REGISTER, or of its fields, REGISTER.FIELD.
+bool ofOneRegister(std::string_view name, std::string_view other) {
+    const std::string_view word = name.substr(0, name.find('.'));
+    return other.substr(0, word.size()) == word;
+}
+
 }  // namespace
 
 /// What the engine keeps about dependencies. The graph's vertices are variables, numbered in the
 /// order in which they were entered; an edge leads from a rule's input to its output.
 struct rule_engine_base::ruleGraph {
-    /// A variable and its vertex, which is the number of vertices when it has none.
-    struct knownVariable {
-        vertex index;
-        variable* held;
-    };
-
-    knownVariable enter(variableMap& variables, const std::string& name, varInfo&& info);
-    variable* find(variableMap& variables, const std::string& name) const;
-    vertex inputVertex(variableMap& variables, const std::string& name, vertex& known);
+    ruleVariable* findMentioned(std::string_view name, std::uint32_t hash);
+    ruleVariable& mention(std::string_view name);
+    vertex enter(variableMap& variables, ruleVariable& entered);
+    vertex enterNew(variableMap& variables, ruleVariable& entered, varInfo&& info);
+    variableMap::iterator placeFor(variableMap& variables, const std::string& name) const;
+    variable* find(variableMap& variables, const std::string& name);
     void connect(vertex input, vertex output);
+    void enterOutput(variableMap& variables, const std::vector<ruleVariable*>& inputs,
+                     ruleVariable& output);
     void sort();
     ruleInfo& ruleOf(int number);
-    vertex firstVertex(const std::string& name) const;
     vertex vertexCount() const { return static_cast<vertex>(variableOfVertex.size()); }
 
     /// Rules by number. Elements stay in place when a rule body registers further rules.
     std::deque<ruleInfo> rules;
+    /// All names that were mentioned; elements stay in place.
+    std::deque<ruleVariable> mentioned;
+    /// Places in `mentioned` by name.
+    name_index placeByName;
     /// The variable of each vertex, null for a vertex that only an edge created.
     std::vector<variable*> variableOfVertex;
-    /// The first vertex of each name.
-    name_index vertexByName;
     /// Inputs with their outputs, in order of registration.
     std::deque<std::pair<vertex, vertex>> edges;
     /// The last variable entered, near which the next one of a catalogue stands in the map.
@@ -82,55 +89,77 @@ struct rule_engine_base::ruleGraph {
     std::vector<variable*> reverseOrder;
 };
 
-vertex rule_engine_base::ruleGraph::firstVertex(const std::string& name) const {
-    return vertexByName.find(name, [this](vertex index) {
-        const variable* const held = variableOfVertex[index];
-        return held != nullptr ? std::string_view(held->first) : std::string_view();
-    });
+ruleVariable* rule_engine_base::ruleGraph::findMentioned(std::string_view name,
+                                                         std::uint32_t hash) {
+    const name_index::number place =
+        placeByName.find(name, hash, [this](name_index::number probed) {
+            return std::string_view(mentioned[probed].variableName());
+        });
+    return place == name_index::none ? nullptr : &mentioned[place];
 }
 
-rule_engine_base::ruleGraph::knownVariable rule_engine_base::ruleGraph::enter(
-    variableMap& variables, const std::string& name, varInfo&& info) {
-    const vertex known = firstVertex(name);
-    if (known != name_index::none && variableOfVertex[known] != nullptr) {
-        return {known, variableOfVertex[known]};
+ruleVariable& rule_engine_base::ruleGraph::mention(std::string_view name) {
+    const std::uint32_t hash = name_index::hashOf(name);
+    if (ruleVariable* const known = findMentioned(name, hash)) {
+        return *known;
     }
-    const auto hint = lastEntered ? std::next(*lastEntered) : variables.end();
-    const std::size_t countBefore = variables.size();
-    const auto node = variables.emplace_hint(hint, name, std::move(info));
+    mentioned.push_back({std::string(name), nullptr, boost::none});
+    placeByName.enter(hash, static_cast<name_index::number>(mentioned.size() - 1));
+    return mentioned.back();
+}
+
+/// Vertex of a name, which gets a variable and a vertex unless it has a variable. One that has a
+/// variable alone is answered with whatever vertex comes next.
+vertex rule_engine_base::ruleGraph::enter(variableMap& variables, ruleVariable& entered) {
+    return entered.held != nullptr ? entered.firstVertex.value_or(vertexCount())
+                                   : enterNew(variables, entered, varInfo());
+}
+
+vertex rule_engine_base::ruleGraph::enterNew(variableMap& variables, ruleVariable& entered,
+                                             varInfo&& info) {
     const vertex next = vertexCount();
+    const auto place = placeFor(variables, entered.name);
+    const std::size_t countBefore = variables.size();
+    const auto node = variables.try_emplace(place, std::move(entered.name), std::move(info));
+    entered.held = &*node;
     if (variables.size() == countBefore) {
-        return {known != name_index::none ? known : next, &*node};
+        return entered.firstVertex.value_or(next);
     }
     lastEntered = node;
     variableOfVertex.push_back(&*node);
-    if (known == name_index::none) {
-        vertexByName.enter(name, next);
-    }
-    return {next, &*node};
+    entered.firstVertex = entered.firstVertex.value_or(next);
+    return next;
 }
 
-variable* rule_engine_base::ruleGraph::find(variableMap& variables, const std::string& name) const {
-    const vertex known = firstVertex(name);
-    if (known != name_index::none && variableOfVertex[known] != nullptr) {
-        return variableOfVertex[known];
+/// A hint where a name belongs in the map. From the last one entered few steps lead to another
+/// field of its register, where a search would start at the root.
+variableMap::iterator rule_engine_base::ruleGraph::placeFor(variableMap& variables,
+                                                            const std::string& name) const {
+    if (!lastEntered) {
+        return variables.end();
+    }
+    auto place = *lastEntered;
+    int steps = ofOneRegister(place->first, name) ? 16 : 1;
+    if (name < place->first) {
+        while (--steps > 0 && place != variables.begin() && name < std::prev(place)->first) {
+            --place;
+        }
+    } else {
+        ++place;
+        while (--steps > 0 && place != variables.end() && place->first < name) {
+            ++place;
+        }
+    }
+    return place;
+}
+
+variable* rule_engine_base::ruleGraph::find(variableMap& variables, const std::string& name) {
+    const ruleVariable* const known = findMentioned(name, name_index::hashOf(name));
+    if (known != nullptr && known->held != nullptr) {
+        return known->held;
     }
     const auto node = variables.find(name);
     return node == variables.end() ? nullptr : &*node;
-}
-
-/// Vertex of an input, kept in `known` once it is one. What has none yet is asked for again, for it
-/// is then whatever vertex comes next.
-vertex rule_engine_base::ruleGraph::inputVertex(variableMap& variables, const std::string& name,
-                                                vertex& known) {
-    if (known != name_index::none) {
-        return known;
-    }
-    const vertex index = enter(variables, name, varInfo()).index;
-    if (index < vertexCount()) {
-        known = index;
-    }
-    return index;
 }
 
 void rule_engine_base::ruleGraph::connect(vertex input, vertex output) {
@@ -138,23 +167,46 @@ void rule_engine_base::ruleGraph::connect(vertex input, vertex output) {
     // An end that is no vertex yet becomes one, without a name.
     const vertex next = vertexCount();
     if (std::max(input, output) == next) {
-        const bool isFirst = firstVertex({}) == name_index::none;
         variableOfVertex.push_back(nullptr);
-        if (isFirst) {
-            vertexByName.enter({}, next);
-        }
+        ruleVariable& nameless = mention({});
+        nameless.firstVertex = nameless.firstVertex.value_or(next);
+    }
+}
+
+/// Enters an output and, as inputs of it, those of its rule.
+void rule_engine_base::ruleGraph::enterOutput(variableMap& variables,
+                                              const std::vector<ruleVariable*>& inputs,
+                                              ruleVariable& output) {
+    const vertex written = enter(variables, output);
+    output.held->second.ruleNumber = static_cast<int>(rules.size());
+    for (ruleVariable* const input : inputs) {
+        connect(enter(variables, *input), written);
     }
 }
 
 void rule_engine_base::ruleGraph::sort() {
-    const dependencyGraph dependencies(boost::edges_are_unsorted_multi_pass, edges.begin(),
-                                       edges.end(), vertexCount());
+    // The search starts at one more vertex, which leads to all others in their order: a search from
+    // each of them would come to the same, but allocate for each.
+    const vertex root = vertexCount();
+    std::vector<std::pair<vertex, vertex>> allEdges(edges.begin(), edges.end());
+    allEdges.reserve(edges.size() + root);
+    for (vertex index = 0; index < root; ++index) {
+        allEdges.emplace_back(root, index);
+    }
+    const dependencyGraph dependencies(boost::edges_are_unsorted_multi_pass, allEdges.begin(),
+                                       allEdges.end(), root + 1);
+    std::vector<boost::default_color_type> colours(root + 1, boost::white_color);
+    reverseOrder.reserve(root);
     // The sort gives the last vertex first. What it has given when it finds a cycle stays, and
     // later passes walk that.
-    boost::topological_sort(dependencies,
-                            boost::make_function_output_iterator([this](vertex index) {
-                                reverseOrder.push_back(variableOfVertex[index]);
-                            }));
+    auto take = boost::make_function_output_iterator([this, root](vertex index) {
+        if (index != root) {
+            reverseOrder.push_back(variableOfVertex[index]);
+        }
+    });
+    boost::depth_first_visit(
+        dependencies, root, boost::topo_sort_visitor<decltype(take)>(take),
+        boost::make_iterator_property_map(colours.begin(), get(boost::vertex_index, dependencies)));
 }
 
 ruleInfo& rule_engine_base::ruleGraph::ruleOf(int number) {
@@ -184,19 +236,19 @@ rule_engine_base& rule_engine_base::operator=(rule_engine_base&& other) noexcept
 rule_engine_base::~rule_engine_base() = default;
 
 unsigned long rule_engine_base::addVertex(const std::string& name, varInfo info) {
-    return graph->enter(varMap, name, std::move(info)).index;
+    ruleVariable& known = graph->mention(name);
+    return known.held != nullptr ? graph->enter(varMap, known)
+                                 : graph->enterNew(varMap, known, std::move(info));
 }
 
 variable& rule_engine_base::enterVariable(const std::string& name) {
-    return *graph->enter(varMap, name, varInfo()).held;
+    ruleVariable& known = graph->mention(name);
+    graph->enter(varMap, known);
+    return *known.held;
 }
 
 void rule_engine_base::setVal(std::string name, ruleValue value) {
-    if (variable* const known = findVariable(name)) {
-        known->second.value = std::move(value);
-    } else {
-        addVertex(name, varInfo{boost::none, std::move(value)});
-    }
+    enterVariable(name).second.value = std::move(value);
 }
 
 template <class T>
@@ -235,23 +287,42 @@ std::string rule_engine_base::getValAsString(std::map<std::string, varInfo>& var
 }
 
 void rule_engine_base::rule(const std::vector<std::string>& inputs,
-                            std::vector<std::string> outputs, std::function<void()> body) {
-    const int number = static_cast<int>(graph->rules.size());
-    // An input is looked up for the first output; its vertex is the same for all others.
-    std::vector<vertex> inputVertices(inputs.size(), name_index::none);
-    for (const std::string& output : outputs) {
-        const auto written = graph->enter(varMap, output, varInfo());
-        written.held->second.ruleNumber = number;
-        for (std::size_t i = 0; i < inputs.size(); ++i) {
-            graph->connect(graph->inputVertex(varMap, inputs[i], inputVertices[i]), written.index);
-        }
+                            const std::vector<std::string>& outputs, std::function<void()> body) {
+    registerRule(mentionAll(inputs), mentionAll(outputs), std::move(body));
+    graph->rules.back().ruleOutputs = outputs;
+}
+
+ruleVariable& rule_engine_base::mention(std::string_view name) {
+    return graph->mention(name);
+}
+
+std::vector<ruleVariable*> rule_engine_base::mentionAll(const std::vector<std::string>& names) {
+    std::vector<ruleVariable*> all;
+    all.reserve(names.size());
+    for (const std::string& name : names) {
+        all.push_back(&mention(name));
+    }
+    return all;
+}
+
+void rule_engine_base::registerRule(const std::vector<ruleVariable*>& inputs,
+                                    const std::vector<ruleVariable*>& outputs,
+                                    std::function<void()> body) {
+    for (ruleVariable* const output : outputs) {
+        graph->enterOutput(varMap, inputs, *output);
     }
     if (outputs.empty()) {
-        for (const std::string& input : inputs) {
-            graph->enter(varMap, input, varInfo());
+        for (ruleVariable* const input : inputs) {
+            graph->enter(varMap, *input);
         }
     }
-    graph->rules.push_back(ruleInfo{std::move(body), false, std::move(outputs)});
+    graph->rules.push_back({std::move(body), false, {}});
+}
+
+void rule_engine_base::registerRule(const std::vector<ruleVariable*>& inputs, ruleVariable& output,
+                                    std::function<void()> body) {
+    graph->enterOutput(varMap, inputs, output);
+    graph->rules.push_back({std::move(body), false, {}});
 }
 
 void rule_engine_base::runRules() {

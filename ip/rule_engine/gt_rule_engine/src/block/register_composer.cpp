@@ -1,11 +1,13 @@
 #include "block/register_composer.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace sable_lanecfg {
 
-register_composer::register_composer(gt_rule_engine& engine, std::string registerName)
-    : engine_(&engine), registerName_(std::move(registerName)) {}
+register_composer::register_composer(gt_rule_engine& engine, std::string registerName,
+                                     std::vector<ruleVariable*> fields)
+    : engine_(&engine), registerName_(std::move(registerName)), known_(std::move(fields)) {}
 
 unsigned int register_composer::word() {
     if (!layoutTaken_) {
@@ -22,10 +24,20 @@ unsigned int register_composer::word() {
     return word;
 }
 
+const ruleValue* register_composer::knownValue(const std::string& field) const {
+    const auto found =
+        std::find_if(known_.begin(), known_.end(), [&field](const ruleVariable* known) {
+            return known->held != nullptr && known->held->first == field;
+        });
+    return found == known_.end() ? nullptr : &(*found)->held->second.value;
+}
+
 void register_composer::takeLayout() {
     // An unknown register enters the database without fields, as it does by name.
-    for (const auto& [name, offsetAndWidth] : engine_->attributes[registerName_].fields) {
-        fields_.push_back({&name, placeOfField(offsetAndWidth), nullptr});
+    const auto& layout = engine_->attributes[registerName_].fields;
+    fields_.reserve(layout.size());
+    for (const auto& [name, offsetAndWidth] : layout) {
+        fields_.push_back({&name, placeOfField(offsetAndWidth), knownValue(name)});
     }
     layoutTaken_ = true;
 }

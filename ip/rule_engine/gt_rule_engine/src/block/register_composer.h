@@ -17,7 +17,10 @@ namespace sable_lanecfg {
 /// variables: neither they nor the layout may be removed while it is in use.
 class register_composer {
   public:
-    register_composer(gt_rule_engine& engine, std::string registerName);
+    /// `fields` are those of which it is known what rules refer to, in any order; others are looked
+    /// up.
+    register_composer(gt_rule_engine& engine, std::string registerName,
+                      std::vector<ruleVariable*> fields = {});
 
     /// The word from the fields' present values, with the failures of `generateRegister`.
     unsigned int word();
@@ -30,9 +33,12 @@ class register_composer {
     };
 
     void takeLayout();
+    /// The value of a field of which it is known what rules refer to, else null.
+    const ruleValue* knownValue(const std::string& field) const;
 
     gt_rule_engine* engine_;
     std::string registerName_;
+    std::vector<ruleVariable*> known_;
     bool layoutTaken_ = false;
     std::vector<heldField> fields_;
 };

@@ -6,10 +6,12 @@
 #include <boost/optional.hpp>
 #include <boost/variant.hpp>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sable_lanecfg {
@@ -31,11 +33,23 @@ using variableMap = std::map<std::string, varInfo>;
 /// A variable with its name. Nodes of the map never move, so a rule may hold one.
 using variable = variableMap::value_type;
 
+/// A name as rules and what they hold refer to it, so that it is looked up once. It stands for its
+/// variable before there is one: a rule enters its names when it is registered, in an order of its
+/// own.
+struct ruleVariable {
+    std::string name;          ///< until a variable bears it
+    variable* held = nullptr;  ///< null as long as nothing entered the variable
+    /// Number of the first vertex of that name, if there is one.
+    boost::optional<std::uint32_t> firstVertex;
+
+    const std::string& variableName() const { return held == nullptr ? name : held->first; }
+};
+
 /// One rule as registered.
 struct ruleInfo {
     std::function<void()> ruleBody;
-    bool ranFlag = false;  ///< parity of the pass in which the rule last ran
-    std::vector<std::string> ruleOutputs;
+    bool ranFlag = false;                  ///< parity of the pass in which the rule last ran
+    std::vector<std::string> ruleOutputs;  ///< as handed to `rule`
 };
 
 /// Symbol table of named, dynamically typed variables and the dependency graph of the rules
@@ -85,8 +99,18 @@ class LANECFG_EXPORT rule_engine_base {
 
     /// Registers a rule under the next number. Unknown names become blank variables; the last
     /// rule registered for an output owns it. Without outputs a rule never runs.
-    void rule(const std::vector<std::string>& inputs, std::vector<std::string> outputs,
+    void rule(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs,
               std::function<void()> body);
+
+    /// What rules refer to for that name. Enters nothing. The reference stays valid for the
+    /// engine's lifetime.
+    ruleVariable& mention(std::string_view name);
+
+    /// `rule`, with names that were mentioned. The rule keeps no copy of its outputs' names.
+    void registerRule(const std::vector<ruleVariable*>& inputs,
+                      const std::vector<ruleVariable*>& outputs, std::function<void()> body);
+    void registerRule(const std::vector<ruleVariable*>& inputs, ruleVariable& output,
+                      std::function<void()> body);
 
     /// Runs one pass. The first call sorts the graph (boost::not_a_dag on a cycle); rules
     /// registered later are part of a pass only through variables known before it.
@@ -113,6 +137,8 @@ class LANECFG_EXPORT rule_engine_base {
 
     /// The failure of `getVal` on a variable without a value.
     [[noreturn]] static void throwUndefined(const std::string& name);
+
+    std::vector<ruleVariable*> mentionAll(const std::vector<std::string>& names);
 
     std::unique_ptr<ruleGraph> graph;
 };

@@ -4,8 +4,11 @@
 #include "families/common/catalogue_visit.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <set>
 #include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -29,33 +32,29 @@ logicRules::iterator placeOf(logicRules& rules, const std::string& name) {
     return place;
 }
 
-std::vector<std::string> onlyOutput(std::string name) {
-    std::vector<std::string> outputs;
-    outputs.push_back(std::move(name));
-    return outputs;
+/// The rule beside a catalogue with what it stands beside.
+const logicRules::value_type& rowBeside(const logicRules& rules, const std::string& name) {
+    const auto found = rules.find(name);
+    if (found == rules.end()) {
+        refuse(name, "has no rule beside it");
+    }
+    return *found;
 }
 
-void enterConstant(rule_engine_base& engine, std::string name, unsigned int value) {
-    const rule_output<unsigned int> written(&engine.enterVariable(name));
-    engine.rule({}, onlyOutput(std::move(name)), [written, value] { written.set(value); });
-}
+/// Pointers of which it is asked in the end which ones there are.
+template <class Item>
+class collection {
+  public:
+    void add(const Item* item) { items_.push_back(item); }
+    /// To be called when all are there.
+    void sort() { std::sort(items_.begin(), items_.end(), std::less<>()); }
+    bool has(const Item* item) const {
+        return std::binary_search(items_.begin(), items_.end(), item, std::less<>());
+    }
 
-void enterCopy(rule_engine_base& engine, const std::string& field, const std::string& flagName) {
-    declareRule(engine, [&](rule_declaration& rule) {
-        const auto flag = rule.reads<bool>(flagName);
-        const auto written = rule.writes(field);
-        rule.body([=] { written.set(flag() ? 1U : 0U); });
-    });
-}
-
-void enterWord(gt_rule_engine& engine, const std::string& registerName,
-               const std::vector<registerField>& fields) {
-    const rule_output<unsigned int> word(&engine.enterVariable(registerName));
-    engine.rule(fieldNames(registerName, fields), onlyOutput(registerName),
-                [word, composer = register_composer(engine, registerName)]() mutable {
-                    word.set(composer.word());
-                });
-}
+  private:
+    std::vector<const Item*> items_;
+};
 
 /// Registers the rules that it visits.
 class catalogue_registration {
@@ -63,49 +62,97 @@ class catalogue_registration {
     catalogue_registration(gt_rule_engine& engine, const logicRules& rules)
         : engine_(engine), rules_(rules) {}
 
-    void constant(std::string name, unsigned int value) {
-        enterConstant(engine_, std::move(name), value);
+    void constant(const std::string& name, unsigned int value) {
+        ruleVariable& output = engine_.mention(name);
+        const rule_output<unsigned int> written(&output);
+        engine_.registerRule({}, output, [written, value] { written.set(value); });
+        fields_.push_back(&output);
     }
 
-    void copy(const std::string& field, const std::string& flag) {
-        enterCopy(engine_, field, flag);
+    void copy(const std::string& field, const std::string& flagName) {
+        rule_declaration rule(&engine_);
+        const auto flag = rule.reads<bool>(flagName);
+        const auto written = rule.writes(field);
+        rule.body([=] { written.set(flag() ? 1U : 0U); });
+        rule.enter();
+        fields_.push_back(rule.outputs().front());
     }
 
-    void logic(const std::string& rule, const std::string& ownField) {
-        const std::vector<std::string> outputs =
-            declareRule(engine_, ruleBeside(rules_, rule), ownField).outputs;
-        if (!ownField.empty() && std::count(outputs.begin(), outputs.end(), ownField) == 0) {
-            refuse(rule, "is not written by its own rule");
+    void logic(const std::string& name, const std::string& ownField) {
+        const auto& row = rowBeside(rules_, name);
+        rule_declaration rule(&engine_, ownField);
+        row.second(rule);
+        rule.enter();
+        if (!ownField.empty()) {
+            fields_.push_back(&outputNamed(ownField, rule));
         }
-        logicOutputs_.insert(outputs.begin(), outputs.end());
-        usedRules_.insert(rule);
+        for (const ruleVariable* const output : rule.outputs()) {
+            logicOutputs_.add(output);
+        }
+        usedRules_.add(&row);
     }
 
-    void shared(const std::string& field) { sharedFields_.insert(field); }
+    void shared(const std::string& field) {
+        sharedFields_.push_back(&engine_.mention(field));
+        fields_.push_back(sharedFields_.back());
+    }
 
     void word(const std::string& registerName, const std::vector<registerField>& fields) {
-        enterWord(engine_, registerName, fields);
+        enterWord(registerName,
+                  {fields_.end() - static_cast<std::ptrdiff_t>(fields.size()), fields_.end()});
     }
 
-    void checkThatRulesBelong() const {
-        for (const auto& rule : rules_) {
-            if (usedRules_.count(rule.first) == 0) {
-                refuse(rule.first, "has a rule, but is no logic field and no step");
+    void wordOfParts(const std::string& registerName, const std::vector<registerField>& fields) {
+        std::vector<ruleVariable*> inputs;
+        for (const std::string& name : fieldNames(registerName, fields)) {
+            inputs.push_back(&engine_.mention(name));
+        }
+        enterWord(registerName, inputs);
+    }
+
+    void checkThatRulesBelong() {
+        usedRules_.sort();
+        for (const auto& row : rules_) {
+            if (!usedRules_.has(&row)) {
+                refuse(row.first, "has a rule, but is no logic field and no step");
             }
         }
-        for (const std::string& field : sharedFields_) {
-            if (logicOutputs_.count(field) == 0) {
-                refuse(field, "is written by no rule");
+        logicOutputs_.sort();
+        for (const ruleVariable* const field : sharedFields_) {
+            if (!logicOutputs_.has(field)) {
+                refuse(field->variableName(), "is written by no rule");
             }
         }
     }
 
   private:
+    static ruleVariable& outputNamed(const std::string& field, const rule_declaration& rule) {
+        const auto& outputs = rule.outputs();
+        const auto own = std::find_if(
+            outputs.begin(), outputs.end(),
+            [&field](const ruleVariable* output) { return output->variableName() == field; });
+        if (own == outputs.end()) {
+            refuse(field, "is not written by its own rule");
+        }
+        return **own;
+    }
+
+    void enterWord(const std::string& registerName, const std::vector<ruleVariable*>& fields) {
+        ruleVariable& output = engine_.mention(registerName);
+        const rule_output<unsigned int> written(&output);
+        engine_.registerRule(
+            fields, output,
+            [written, composer = register_composer(engine_, registerName, fields)]() mutable {
+                written.set(composer.word());
+            });
+    }
+
     gt_rule_engine& engine_;
     const logicRules& rules_;
-    std::set<std::string> usedRules_;
-    std::set<std::string> logicOutputs_;
-    std::set<std::string> sharedFields_;
+    std::vector<ruleVariable*> fields_;  ///< in the order visited
+    std::vector<ruleVariable*> sharedFields_;
+    collection<logicRules::value_type> usedRules_;
+    collection<ruleVariable> logicOutputs_;
 };
 
 /// Collects the names of the logic fields and steps that it visits.
@@ -115,6 +162,7 @@ class logic_names {
     void copy(const std::string& /*field*/, const std::string& /*flag*/) {}
     void shared(const std::string& /*field*/) {}
     void word(const std::string& /*name*/, const std::vector<registerField>& /*fields*/) {}
+    void wordOfParts(const std::string& /*name*/, const std::vector<registerField>& /*fields*/) {}
     void logic(const std::string& rule, const std::string& /*ownField*/) { names.insert(rule); }
 
     std::set<std::string> names;
@@ -129,11 +177,7 @@ std::set<std::string> logicNames(const register_catalogue& catalogue) {
 }  // namespace
 
 const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name) {
-    const auto found = rules.find(name);
-    if (found == rules.end()) {
-        refuse(name, "has no rule beside it");
-    }
-    return found->second;
+    return rowBeside(rules, name).second;
 }
 
 void addRule(logicRules& rules, const std::string& name, ruleDeclarer rule) {

@@ -7,22 +7,17 @@ namespace sable_lanecfg {
 
 namespace {
 
-/// Enters the names as `rule_engine_base::rule` is going to, so that every variable has the vertex
-/// that it would get there.
-void enterVariables(rule_engine_base& engine, const ruleSignature& names) {
-    engine.enterVariable(names.outputs.front());
-    for (const std::string& input : names.inputs) {
-        engine.enterVariable(input);
+std::vector<std::string> namesOf(const std::vector<ruleVariable*>& variables) {
+    std::vector<std::string> names;
+    names.reserve(variables.size());
+    for (const ruleVariable* const mentioned : variables) {
+        names.push_back(mentioned->variableName());
     }
-    for (const std::string& output : names.outputs) {
-        engine.enterVariable(output);
-    }
+    return names;
 }
 
-[[noreturn]] void refuse(const ruleSignature& names, const std::string& problem) {
-    throw std::logic_error("rule of " +
-                           (names.outputs.empty() ? "no output" : names.outputs.front()) + ": " +
-                           problem);
+[[noreturn]] void refuse(const std::string& firstOutput, const std::string& problem) {
+    throw std::logic_error("rule of " + firstOutput + ": " + problem);
 }
 
 }  // namespace
@@ -31,26 +26,26 @@ void replaceValue(variable& held, ruleValue value) {
     held.second.value = std::move(value);
 }
 
+ruleSignature rule_declaration::signature() const {
+    return {namesOf(inputs_), namesOf(outputs_)};
+}
+
+void rule_declaration::enter() {
+    if (outputs_.empty()) {
+        refuse("no output", "it would never run");
+    }
+    if (!body_) {
+        refuse(outputs_.front()->variableName(), "it has no body");
+    }
+    engine_->registerRule(inputs_, outputs_, std::move(body_));
+}
+
 ruleSignature declareRule(rule_engine_base& engine, const ruleDeclarer& declare,
                           const std::string& ownOutput) {
-    rule_declaration names(nullptr, ownOutput);
-    declare(names);
-    if (names.signature().outputs.empty()) {
-        refuse(names.signature(), "it would never run");
-    }
-    if (!names.body()) {
-        refuse(names.signature(), "it has no body");
-    }
-    enterVariables(engine, names.signature());
-
-    rule_declaration bound(&engine, ownOutput);
-    declare(bound);
-    if (bound.signature().inputs != names.signature().inputs ||
-        bound.signature().outputs != names.signature().outputs) {
-        refuse(names.signature(), "its declaration changes from one run to the next");
-    }
-    engine.rule(bound.signature().inputs, bound.signature().outputs, bound.body());
-    return names.signature();
+    rule_declaration rule(&engine, ownOutput);
+    declare(rule);
+    rule.enter();
+    return rule.signature();
 }
 
 }  // namespace sable_lanecfg

@@ -2,8 +2,11 @@
 
 #include <lanecfg/rule_engine_base.h>
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -13,11 +16,11 @@ namespace sable_lanecfg {
 template <class T>
 class rule_input {
   public:
-    explicit rule_input(const variable* held) : held_(held) {}
-    const T& operator()() const { return rule_engine_base::valueOf<T>(*held_); }
+    explicit rule_input(const ruleVariable* input) : input_(input) {}
+    const T& operator()() const { return rule_engine_base::valueOf<T>(*input_->held); }
 
   private:
-    const variable* held_;
+    const ruleVariable* input_;
 };
 
 /// Gives a variable a value of another alternative.
@@ -27,19 +30,20 @@ void replaceValue(variable& held, ruleValue value);
 template <class T>
 class rule_output {
   public:
-    explicit rule_output(variable* held) : held_(held) {}
+    explicit rule_output(const ruleVariable* output) : output_(output) {}
 
     void set(T value) const {
+        variable& held = *output_->held;
         // From its second pass on a rule finds its own alternative.
-        if (T* const present = boost::get<T>(&held_->second.value)) {
+        if (T* const present = boost::get<T>(&held.second.value)) {
             *present = std::move(value);
         } else {
-            replaceValue(*held_, ruleValue(std::move(value)));
+            replaceValue(held, ruleValue(std::move(value)));
         }
     }
 
   private:
-    variable* held_;
+    const ruleVariable* output_;
 };
 
 /// A read that is left undeclared on purpose: no edge of the graph, and no variable made of it.
@@ -79,34 +83,39 @@ struct ruleSignature {
 ///     });
 ///
 /// The order of `reads` and `alsoDeclares` is that of the rule's inputs, the order of `writes`
-/// that of its outputs. The handles hold the variables themselves, so a pass looks nothing up. The
-/// declaring function runs twice, first to learn the names and then with the variables at hand, so
-/// it must do nothing but declare.
+/// that of its outputs. The handles lead to the variables themselves, so a pass looks nothing up.
+/// There are no variables before the rule is registered, so the declaring function must do nothing
+/// but declare.
 class rule_declaration {
   public:
-    /// With an engine the declared names must be its variables already.
+    /// Without an engine the rule is only declared: its names can be asked for, its body can't run.
     explicit rule_declaration(rule_engine_base* engine = nullptr, std::string ownOutput = {})
-        : engine_(engine), ownOutput_(std::move(ownOutput)) {}
+        : engine_(engine != nullptr ? engine : &noEngine_.emplace()),
+          ownOutput_(std::move(ownOutput)) {
+        inputs_.reserve(usualInputs);
+    }
+    rule_declaration(const rule_declaration&) = delete;
+    rule_declaration& operator=(const rule_declaration&) = delete;
 
     template <class T>
-    rule_input<T> reads(const std::string& name) {
-        signature_.inputs.push_back(name);
-        return rule_input<T>(held(name));
+    rule_input<T> reads(std::string_view name) {
+        inputs_.push_back(&engine_->mention(name));
+        return rule_input<T>(inputs_.back());
     }
 
     template <class T>
-    rule_peek<T> peeks(const std::string& name) {
-        return rule_peek<T>(engine_, name);
+    rule_peek<T> peeks(std::string_view name) {
+        return rule_peek<T>(engine_, std::string(name));
     }
 
     /// An input that the body never reads; it only orders the rules.
-    void alsoDeclares(const std::string& name) { signature_.inputs.push_back(name); }
+    void alsoDeclares(std::string_view name) { inputs_.push_back(&engine_->mention(name)); }
 
     /// Fields and words are unsigned, intermediates may be of any type of `ruleValue`.
     template <class T = unsigned int>
-    rule_output<T> writes(const std::string& name) {
-        signature_.outputs.push_back(name);
-        return rule_output<T>(held(name));
+    rule_output<T> writes(std::string_view name) {
+        outputs_.push_back(&engine_->mention(name));
+        return rule_output<T>(outputs_.back());
     }
 
     void body(std::function<void()> function) { body_ = std::move(function); }
@@ -119,17 +128,22 @@ class rule_declaration {
         body([field, value = std::move(value)] { field.set(value()); });
     }
 
-    const ruleSignature& signature() const { return signature_; }
+    ruleSignature signature() const;
+    const std::vector<ruleVariable*>& outputs() const { return outputs_; }
     const std::function<void()>& body() const { return body_; }
 
-  private:
-    variable* held(const std::string& name) const {
-        return engine_ == nullptr ? nullptr : engine_->findVariable(name);
-    }
+    /// Registers the rule with the engine. Throws std::logic_error, naming its first output, when
+    /// it has no output or no body.
+    void enter();
 
+  private:
+    static constexpr std::size_t usualInputs = 6;
+
+    std::optional<rule_engine_base> noEngine_;  ///< knows the names of a rule without an engine
     rule_engine_base* engine_;
     std::string ownOutput_;
-    ruleSignature signature_;
+    std::vector<ruleVariable*> inputs_;
+    std::vector<ruleVariable*> outputs_;
     std::function<void()> body_;
 };
 
@@ -137,9 +151,8 @@ class rule_declaration {
 using ruleDeclarer = std::function<void(rule_declaration&)>;
 
 /// Registers the rule that `declare` declares; the graph is that of a plain `rule` call with the
-/// same lists. `ownOutput` is the field that `gives` writes. Throws std::logic_error, naming the
-/// rule's first output, when the rule has no output or no body, or when its second declaration is
-/// not like the first. Result: the names declared.
+/// same lists. `ownOutput` is the field that `gives` writes. Throws as `rule_declaration::enter`.
+/// Result: the names declared.
 ruleSignature declareRule(rule_engine_base& engine, const ruleDeclarer& declare,
                           const std::string& ownOutput = {});
 

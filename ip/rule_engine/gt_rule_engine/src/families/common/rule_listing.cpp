@@ -24,14 +24,18 @@ class rule_listing {
     void logic(const std::string& rule, const std::string& ownField) {
         rule_declaration declaration(nullptr, ownField);
         ruleBeside(rules_, rule)(declaration);
-        const ruleSignature& names = declaration.signature();
-        add(ruleKind::logic, names.inputs, names.outputs);
+        ruleSignature names = declaration.signature();
+        add(ruleKind::logic, std::move(names.inputs), std::move(names.outputs));
     }
 
     void shared(const std::string& /*field*/) {}
 
     void word(const std::string& registerName, const std::vector<registerField>& fields) {
         add(ruleKind::compose, fieldNames(registerName, fields), {registerName});
+    }
+
+    void wordOfParts(const std::string& registerName, const std::vector<registerField>& fields) {
+        word(registerName, fields);
     }
 
     std::vector<ruleDescription> take() { return std::move(described_); }

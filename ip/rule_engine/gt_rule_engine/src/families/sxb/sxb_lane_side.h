@@ -12,14 +12,16 @@ struct laneSide {
 
     /// The direction's word between two parts of a name.
     std::string within(std::string_view before, std::string_view after) const {
-        std::string name(before);
-        name.append(word).append(after);
-        return name;
+        std::string name;
+        name.reserve(before.size() + word.size() + after.size());
+        return name.append(before).append(word).append(after);
     }
 
     /// A user parameter: "BUFFER_MODE" gives "TX_BUFFER_MODE".
     std::string parameter(std::string_view name) const {
-        return within({}, std::string("_").append(name));
+        std::string parameterName;
+        parameterName.reserve(word.size() + 1 + name.size());
+        return parameterName.append(word).append("_").append(name);
     }
 };
 

@@ -22,7 +22,9 @@ logicRules sxbRxLogicRules() {
 }
 
 void registerSxbRxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxbRxCatalogue(), sxbRxLogicRules());
+    // Like the catalogue, the same for every engine.
+    static const logicRules rules = sxbRxLogicRules();
+    registerCatalogue(engine, sxbRxCatalogue(), rules);
 }
 
 }  // namespace sable_lanecfg

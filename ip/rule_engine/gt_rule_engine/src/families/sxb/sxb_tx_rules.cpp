@@ -17,7 +17,9 @@ logicRules sxbTxLogicRules() {
 }
 
 void registerSxbTxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxbTxCatalogue(), sxbTxLogicRules());
+    // Like the catalogue, the same for every engine.
+    static const logicRules rules = sxbTxLogicRules();
+    registerCatalogue(engine, sxbTxCatalogue(), rules);
 }
 
 }  // namespace sable_lanecfg
