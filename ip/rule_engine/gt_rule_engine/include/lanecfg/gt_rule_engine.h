@@ -17,6 +17,8 @@
 
 namespace sable_lanecfg {
 
+class seriesCache;
+
 /// Results of the packing, by dual, rate group, PLL and result name; a row for each rate slot.
 template <class T>
 using packingResultMap =
@@ -197,6 +199,7 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
     int blockNumber(const std::map<std::string, std::vector<int>>& table, const std::string& key,
                     int index, const std::string& name, const attributeInfo& info,
                     int channel) const;
+    void analyseRegisters(RateTableChannel* channels, bool withStaticList);
     std::vector<std::string> rateTableWords(bool withStaticList);
     std::string snapshotText(const RateTableAttribute& attribute, int snapshot);
     std::vector<std::string> pairGroup(const RateTableAttribute& first,
@@ -204,6 +207,7 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
                                        const std::set<std::string>& masked, int firstSnapshot,
                                        int secondSnapshot, bool singleLane);
 
+    seriesCache* analysedSeries = nullptr;  ///< null unless a generation looks for registers
     const std::map<int, std::string> pllNames;
     const std::map<std::string, int> blockSpan;  ///< channels that one block of a type covers
     /// Word offset of a block inside the controller's 10 bit range, by block type; the index is

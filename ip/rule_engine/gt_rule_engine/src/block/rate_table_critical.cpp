@@ -81,7 +81,9 @@ std::vector<RateTableAttribute> gt_rule_engine::criticalAttributes(
     if (snapshots.empty()) {
         return critical;
     }
-    const std::vector<registerSeries> values = seriesOfRegisters(attributes, snapshots);
+    seriesCache own;
+    const std::vector<registerSeries>& values =
+        (analysedSeries == nullptr ? own : *analysedSeries).of(attributes, snapshots);
     std::size_t row = 0;
     for (const auto& [name, info] : attributes) {
         const registerSeries& series = values[row++];

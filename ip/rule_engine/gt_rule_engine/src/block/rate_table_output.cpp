@@ -1,4 +1,5 @@
 #include "block/rate_table_limits.h"
+#include "block/register_series.h"
 
 #include <lanecfg/gt_rule_engine.h>
 #include <lanecfg/rule_engine_utilities.h>
@@ -25,15 +26,34 @@ void beginLoggedGeneration() {
     rule_engine_utilities::write_log("*****New Version*****");
 }
 
+/// Lends the series to the steps of an analysis while it lives.
+class lentSeries {
+  public:
+    lentSeries(seriesCache*& place, seriesCache& series) : place_(place) { place_ = &series; }
+    ~lentSeries() { place_ = nullptr; }
+    lentSeries(const lentSeries&) = delete;
+    lentSeries& operator=(const lentSeries&) = delete;
+
+  private:
+    seriesCache*& place_;
+};
+
 }  // namespace
 
-std::vector<std::string> gt_rule_engine::rateTableWords(bool withStaticList) {
-    RateTableChannel channels[rateTableChannels];
-    parseHeaderInfo_New(channels);
+void gt_rule_engine::analyseRegisters(RateTableChannel* channels, bool withStaticList) {
+    // Critical and static registers come from the same snapshots, which are walked once for both.
+    seriesCache series;
+    const lentSeries lent(analysedSeries, series);
     parseRateTableData_New(channels);
     if (withStaticList) {
         statNpiRegList = parseRateTableDataForStaticAttributes(channels);
     }
+}
+
+std::vector<std::string> gt_rule_engine::rateTableWords(bool withStaticList) {
+    RateTableChannel channels[rateTableChannels];
+    parseHeaderInfo_New(channels);
+    analyseRegisters(channels, withStaticList);
     adjustRateTable_New(channels);
     return getRateTable_New(channels);
 }

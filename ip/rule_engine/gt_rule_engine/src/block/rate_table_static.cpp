@@ -88,7 +88,9 @@ std::vector<long> gt_rule_engine::staticAttributes(const std::vector<const varia
         const auto offset = static_cast<long>(std::stoul(info.Offset, nullptr, 16));
         return offset + blockNumber(blockBases, block, index, name, info, channel);
     };
-    const std::vector<registerSeries> values = seriesOfRegisters(attributes, snapshots);
+    seriesCache own;
+    const std::vector<registerSeries>& values =
+        (analysedSeries == nullptr ? own : *analysedSeries).of(attributes, snapshots);
     std::size_t row = 0;
     for (const auto& [name, info] : attributes) {
         const registerSeries& series = values[row++];

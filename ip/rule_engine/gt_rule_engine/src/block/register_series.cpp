@@ -71,6 +71,16 @@ std::vector<registerSeries> seriesOfRegisters(const std::map<std::string, attrib
     return all;
 }
 
+const std::vector<registerSeries>& seriesCache::of(
+    const std::map<std::string, attributeInfo>& registers, const snapshotList& snapshots) {
+    for (const auto& [list, series] : known_) {
+        if (list == snapshots) {
+            return series;
+        }
+    }
+    return known_.emplace_back(snapshots, seriesOfRegisters(registers, snapshots)).second;
+}
+
 bool differsInSeries(const registerSeries& series) {
     const ruleValue* previous = nullptr;
     for (const ruleValue* const value : series) {

@@ -4,8 +4,10 @@
 #include <lanecfg/rule_engine_base.h>
 
 #include <cstdint>
+#include <list>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sable_lanecfg {
@@ -25,6 +27,18 @@ snapshotList snapshotsWith(const std::vector<variableMap>& passes, const std::st
 /// Series of every register, in the key order of `registers`. Each snapshot is walked once.
 std::vector<registerSeries> seriesOfRegisters(const std::map<std::string, attributeInfo>& registers,
                                               const snapshotList& snapshots);
+
+/// Series by list of snapshots, so that all who look at the same snapshots walk them once. The
+/// values of the snapshots may change, their variables may not come and go.
+class seriesCache {
+  public:
+    const std::vector<registerSeries>& of(const std::map<std::string, attributeInfo>& registers,
+                                          const snapshotList& snapshots);
+
+  private:
+    // A list, whose elements stay where they are when others come.
+    std::list<std::pair<snapshotList, std::vector<registerSeries>>> known_;
+};
 
 /// True when a text differs from the one before it. The text "NULL" counts as no text yet.
 bool differsInSeries(const registerSeries& series);
