@@ -14,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -21,6 +22,7 @@ using lanecfg_test::CapturedOutput;
 using lanecfg_test::PassEngine;
 using lanecfg_test::undefinedName;
 using sable_lanecfg::ruleValue;
+using sable_lanecfg::ruleVariable;
 using sable_lanecfg::varInfo;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -117,6 +119,62 @@ TEST_F(RuleGraph, EmptyNameIsAnsweredWithTheFirstVertexThatBearsIt) {
 
     EXPECT_EQ(engine.addVertex("", varInfo()), 1U);
     EXPECT_EQ(engine.getVal<unsigned int>(""), 3U);
+}
+
+// ---- mentioned names ----------------------------------------------------------------------
+
+TEST_F(RuleGraph, MentionedNameIsEnteredByTheRuleThatHasIt) {
+    ruleVariable& output = engine.mention("out");
+    ruleVariable& input = engine.mention("in");
+    EXPECT_THAT(engine.varMap, IsEmpty());
+    EXPECT_EQ(vertexCount(), 0U);
+    EXPECT_EQ(input.held, nullptr);
+    EXPECT_EQ(input.variableName(), "in");
+
+    engine.registerRule({&input}, output, noting("rule"));
+    EXPECT_EQ(input.held, engine.findVariable("in"));
+    EXPECT_EQ(input.variableName(), "in");
+    EXPECT_EQ(engine.addVertex("out", varInfo()), 0U);
+    EXPECT_EQ(engine.addVertex("in", varInfo()), 1U);
+    engine.runRules();
+    EXPECT_THAT(ran, ElementsAre("rule"));
+}
+
+TEST_F(RuleGraph, MentionedNameHasTheVariableThatIsSet) {
+    const ruleVariable& mentioned = engine.mention("value");
+    engine.setVal("value", 5U);
+    EXPECT_EQ(mentioned.held, engine.findVariable("value"));
+    EXPECT_EQ(&engine.mention("value"), &mentioned);
+    EXPECT_EQ(vertexCount(), 1U);
+}
+
+TEST_F(RuleGraph, MentionedNameThatAMapSubscriptMadeHasNoVertex) {
+    ruleVariable& mentioned = engine.mention("new");
+    engine.getValAsString("new");
+    EXPECT_EQ(engine.addVertex("new", varInfo()), 0U);
+    EXPECT_EQ(vertexCount(), 0U);
+    EXPECT_EQ(mentioned.held, engine.findVariable("new"));
+}
+
+TEST_F(RuleGraph, FieldsEnteredInAnyOrderStandBesideTheirRegister) {
+    // Far more fields than a search from the last one walks, in turns from both ends.
+    std::vector<std::string> inKeyOrder{"A_CFG", "B_CFG"};
+    for (char field = 'A'; field <= 'Z'; ++field) {
+        inKeyOrder.push_back(std::string("B_CFG.") + field + '0');
+        inKeyOrder.push_back(std::string("B_CFG.") + field + '1');
+    }
+    inKeyOrder.push_back("C_CFG");
+    for (auto first = inKeyOrder.begin(), last = inKeyOrder.end(); first < last; ++first) {
+        engine.enterVariable(*first);
+        if (first < --last) {
+            engine.enterVariable(*last);
+        }
+    }
+    std::vector<std::string> names;
+    for (const auto& held : engine.varMap) {
+        names.push_back(held.first);
+    }
+    EXPECT_EQ(names, inKeyOrder);
 }
 
 // ---- rules and their order ----------------------------------------------------------------

@@ -218,6 +218,28 @@ TEST(RegisterComposer, ComposesOnceItsFieldIsSetAfterAFailure) {
     EXPECT_THROW(composer.word(), boost::bad_get);
 }
 
+TEST(RegisterComposer, TakesTheFieldsThatItIsGivenAndFindsTheOthers) {
+    BlockEngine engine(
+        BlockSetup().reg("REG", "CH", {{"REG.A", {0, 8}}, {"REG.B", {8, 8}}, {"REG.C", {16, 8}}}));
+    engine.setVal("REG.A", 0x12U);
+    engine.setVal("REG.B", 0x34U);
+    engine.setVal("REG.C", 0x56U);
+    engine.setVal("REG.D", 0x78U);
+    register_composer composer(
+        engine, "REG",
+        {&engine.mention("REG.D"), &engine.mention("REG.C"), &engine.mention("REG.A")});
+    EXPECT_EQ(composer.word(), 0x563412U);
+}
+
+TEST(RegisterComposer, RefusesAFieldThatWasOnlyMentioned) {
+    BlockEngine engine(BlockSetup().reg("REG", "CH", {{"REG.F", {0, 8}}}));
+    register_composer composer(engine, "REG", {&engine.mention("REG.F")});
+    EXPECT_THROW(composer.word(), boost::bad_get);
+    ASSERT_EQ(engine.varMap.count("REG.F"), 1U);
+    engine.setVal("REG.F", 0x12U);
+    EXPECT_EQ(composer.word(), 0x12U);
+}
+
 TEST(RegisterComposer, WorksInsideARuleThroughAllPasses) {
     BlockSetup setup;
     setup.reg("REG", "CH", {{"REG.F", {4, 4}}}).parameter("TX_F", "int", "0");
