@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 namespace lanecfg_test {
 namespace {
 
@@ -109,7 +111,40 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(SxbRequests, BundledTableWords, testing::ValuesIn(sxbTables()),
                          CaseName());
 
-/// All bundled requests of all families.
+/// SXD4 has no register that every table holds, so without a change of rate its tables are empty.
+bool hasWrites(const std::string& name) {
+    const nlohmann::json request = bundledRequest(name);
+    if (request.at("family") != "SXD4") {
+        return true;
+    }
+    const nlohmann::json lanes = request.at("userParams").at(0);
+    return std::any_of(lanes.begin(), lanes.end(),
+                       [](const nlohmann::json& rates) { return rates.size() > 1; });
+}
+
+std::vector<std::string> bundledTables(bool withWrites) {
+    std::vector<std::string> names;
+    for (const std::string& name : bundledRequests()) {
+        if (hasWrites(name) == withWrites) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+class EmptyBundledTable : public CommandLine, public testing::WithParamInterface<std::string> {};
+
+TEST_P(EmptyBundledTable, IsWithoutFault) {
+    const nlohmann::json answer =
+        answerOf({"rate-table", requestPath(GetParam()), "--decode", "--verify"});
+    EXPECT_FALSE(answer.at("verify").at("failed").get<bool>()) << answer.at("verify").at("verdict");
+    EXPECT_TRUE(answer.at("writes").empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Requests, EmptyBundledTable, testing::ValuesIn(bundledTables(false)),
+                         CaseName());
+
+/// All other bundled requests of all families.
 class EveryBundledTable : public CommandLine, public testing::WithParamInterface<std::string> {};
 
 TEST_P(EveryBundledTable, BringsItsOwnersToEveryRate) {
@@ -134,7 +169,7 @@ TEST_P(EveryBundledTable, IsTheSameEachTime) {
               run({"rate-table", requestPath(GetParam())}).output);
 }
 
-INSTANTIATE_TEST_SUITE_P(Requests, EveryBundledTable, testing::ValuesIn(bundledRequests()),
+INSTANTIATE_TEST_SUITE_P(Requests, EveryBundledTable, testing::ValuesIn(bundledTables(true)),
                          CaseName());
 
 }  // namespace

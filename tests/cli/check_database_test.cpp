@@ -17,6 +17,15 @@ TEST_F(CheckDatabaseCommand, FindsNoErrorInTheBundledDatabases) {
     }
 }
 
+TEST_F(CheckDatabaseCommand, CountsWholeWordsAndPortsAsWritten) {
+    // Both databases have registers without fields, which rules give their value as a whole.
+    for (const std::string family : {"SXB", "SXD4"}) {
+        const nlohmann::json answer = answerOf({"check-database", "--family", family});
+        ASSERT_EQ(answer.size(), 1U);
+        EXPECT_EQ(answer[0].at("notes"), 0) << answer[0];
+    }
+}
+
 TEST_F(CheckDatabaseCommand, ReportsEveryFamilyOfAFolder) {
     SxaDatabase database;
     database.writeTo(directory);

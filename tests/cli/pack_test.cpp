@@ -327,6 +327,13 @@ TEST_F(PackCommand, CsvHoldsOneTable) {
     expectFailure(pack({"--ports", "--why", "--format", "csv"}), 2, "CSV holds one table");
 }
 
+TEST_F(PackCommand, RefusesAFamilyWithOnePll) {
+    const ProgramResult result = run({"pack", requestPath("sxd4_pam4_56g")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(result.errors, HasSubstr("There is no packing for SXD4"));
+}
+
 TEST_F(PackCommand, MissingParameterCannotBeJudged) {
     request.addBoth(0, {rateOf(20.0)});
     request.parametersAt(receive, 0).erase("RX_PLL_TYPE");

@@ -21,8 +21,8 @@ const std::vector<RuleSet>& ruleSets() {
         // The frozen rules compose other fields, so they have a database of their own.
         {"SXB", "stable", "SXB-stable", bothPllRanges},
         {"SXC", "live", "SXC", bothPllRanges},
-        {"SXD4", "live", "SXD4", singlePllRange},
-        {"SXD4", "stable", "SXD4", singlePllRange},
+        {"SXD4", "live", "SXD4", singlePllRange, false},
+        {"SXD4", "stable", "SXD4", singlePllRange, false},
     };
     return sets;
 }

@@ -12,6 +12,8 @@ struct RuleSet {
     std::string folder;    ///< name of its folder in a collection of databases
     /// Entries of the device data that its rules or its packing read.
     std::vector<std::string> limits;
+    /// Whether there is a choice of PLLs and quads, which packing is about.
+    bool isPacked = true;
 };
 
 /// All rule sets, by family and selector.

@@ -40,6 +40,10 @@ gt_quad_packing packingOf(const Request& request, const Database& database) {
 }  // namespace
 
 PackingQuestion askForPacking(const Request& request, const Database& database, Console& console) {
+    if (!request.rules->isPacked) {
+        throw RequestError("There is no packing for " + request.rules->family +
+                           ": its channels have one PLL, and nothing is left to choose.");
+    }
     tellOfDoubts(request, database, console);
     console.progress("Packing the channels of " + request.file);
     PackingQuestion question{packingOf(request, database), {}};
