@@ -3,6 +3,7 @@
 #include <lanecfg/gt_rule_engine.h>
 #include <lanecfg/rule_engine_utilities.h>
 
+#include <array>
 #include <cstddef>
 #include <utility>
 
@@ -52,7 +53,15 @@ class pass_values {
     std::vector<std::pair<pass_variable, const ruleValue*>> entries_;
 };
 
-std::vector<pass_values> ratesOf(const std::vector<std::map<std::string, ruleValue>>& rates) {
+/// The rates of a channel in one direction, those of `ofNone` where it is given none.
+const channelRates& givenRates(const userParamStore& params, std::size_t direction,
+                               std::size_t channel, const std::array<channelRates, 2>& ofNone) {
+    const bool isThere = direction < params.size() && channel < params[direction].size();
+    return isThere && !params[direction][channel].empty() ? params[direction][channel]
+                                                          : ofNone.at(direction);
+}
+
+std::vector<pass_values> ratesOf(const channelRates& rates) {
     std::vector<pass_values> held;
     held.reserve(rates.size());
     for (const auto& rate : rates) {
@@ -85,8 +94,7 @@ struct gt_rule_engine::passInputs {
 void gt_rule_engine::runBlockRules() {
     blockVarMap.clear();
     const auto defaults = defaultValues(paramTypes);
-    userParamStore rates = userParams;
-    fillEmptyRates(rates, rule_engine_utilities::ChPerBlock(family), defaults);
+    const auto ratesOfNone = ratesOfDefaults(defaults);
     findMode();
 
     passInputs inputs{pass_values(defaults), pass_values(passStartValues), siliconRevision()};
@@ -95,8 +103,8 @@ void gt_rule_engine::runBlockRules() {
     for (inputs.dual = 0; inputs.dual < duals; ++inputs.dual) {
         for (unsigned int position = 0; position < channelsOfDual; ++position) {
             inputs.channel = inputs.dual * 2 + position;
-            inputs.txRates = ratesOf(rates[0][inputs.channel]);
-            inputs.rxRates = ratesOf(rates[1][inputs.channel]);
+            inputs.txRates = ratesOf(givenRates(userParams, 0, inputs.channel, ratesOfNone));
+            inputs.rxRates = ratesOf(givenRates(userParams, 1, inputs.channel, ratesOfNone));
             runChannel(inputs);
         }
     }

@@ -29,23 +29,25 @@ std::map<std::string, ruleValue> defaultValues(const std::map<std::string, param
     return defaults;
 }
 
+std::array<channelRates, 2> ratesOfDefaults(const std::map<std::string, ruleValue>& defaults) {
+    std::array<channelRates, 2> rates{channelRates(1), channelRates(1)};
+    for (const auto& [name, value] : defaults) {
+        rates.at(directionOf(name)).front().emplace(name, value);
+    }
+    return rates;
+}
+
 void fillEmptyRates(userParamStore& params, int channels,
                     const std::map<std::string, ruleValue>& defaults) {
-    constexpr std::size_t directions = 2;
     const auto channelCount = static_cast<std::size_t>(channels);
-
-    std::map<std::string, ruleValue> allDefaults[directions];
-    for (const auto& [name, value] : defaults) {
-        allDefaults[directionOf(name)].emplace(name, value);
-    }
-
-    params.resize(std::max(params.size(), directions));
-    for (std::size_t direction = 0; direction < directions; ++direction) {
+    const auto ratesOfNone = ratesOfDefaults(defaults);
+    params.resize(std::max(params.size(), ratesOfNone.size()));
+    for (std::size_t direction = 0; direction < ratesOfNone.size(); ++direction) {
         auto& lanes = params[direction];
         lanes.resize(std::max(lanes.size(), channelCount));
         for (std::size_t channel = 0; channel < channelCount; ++channel) {
             if (lanes[channel].empty()) {
-                lanes[channel].push_back(allDefaults[direction]);
+                lanes[channel] = ratesOfNone.at(direction);
             }
         }
     }
