@@ -223,6 +223,15 @@ TEST_F(SxbStablePackingValues, OfAPllThatIsNoWordAreRefused) {
     EXPECT_THROW(enterStablePackingValues(*engine), std::invalid_argument);
 }
 
+TEST_F(SxbStablePackingValues, OfALaneThatTheQuadDoesNotHaveAreNone) {
+    makeLane(0, {RateSettings()});
+    engine->paramTypes = {{"RX_SSC_PPM", {"int", "", "0"}}};
+    engine->userParams[receive].resize(5);
+    engine->userParams[receive][4].resize(1);
+    EXPECT_NO_THROW(enterStablePackingValues(*engine));
+    EXPECT_THAT(engine->userParams[receive][4][0], SizeIs(0));
+}
+
 TEST_F(SxbStablePackingValues, OfARequestWithoutDirectionsAreNone) {
     makeLane(0, {RateSettings()});
     engine->userParams.clear();

@@ -3,8 +3,11 @@
 #include "block/default_values.h"
 #include "packing/lane_parameters.h"
 
+#include <lanecfg/rule_engine_utilities.h>
+
 #include <boost/algorithm/string/predicate.hpp>
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <string>
@@ -55,31 +58,51 @@ T valueOr(const T* found, const T& fallback) {
     return found == nullptr ? fallback : *found;
 }
 
-void enterMissing(userParamStore& params, const parameterMap& defaults) {
-    for (std::size_t direction = 0; direction < params.size(); ++direction) {
-        for (auto& lane : params[direction]) {
-            for (parameterMap& rate : lane) {
-                for (const auto& [name, value] : defaults) {
-                    const bool isOfReceiver = boost::algorithm::starts_with(name, "RX");
-                    if (isOfReceiver == (direction == 1)) {
-                        rate.emplace(name, value);
-                    }
-                }
-            }
+/// The lanes of a direction that the quad has.
+std::size_t laneCount(const gt_rule_engine& engine, std::size_t direction) {
+    const auto lanesOfQuad =
+        static_cast<std::size_t>(rule_engine_utilities::ChPerBlock(engine.family));
+    return direction < engine.userParams.size()
+               ? std::min(engine.userParams[direction].size(), lanesOfQuad)
+               : 0;
+}
+
+/// Calls `visit(lane, slot)` for every rate that the request gives in a direction.
+template <class Visit>
+void visitRates(const gt_rule_engine& engine, laneDirection direction, const Visit& visit) {
+    const auto side = static_cast<std::size_t>(direction);
+    for (std::size_t lane = 0; lane < laneCount(engine, side); ++lane) {
+        for (std::size_t slot = 0; slot < engine.userParams[side][lane].size(); ++slot) {
+            visit(lane, slot);
         }
     }
 }
 
-void enterReceivePll(gt_rule_engine& engine, int lane, std::size_t slot) {
+void enterMissing(gt_rule_engine& engine) {
+    const parameterMap defaults = defaultValues(engine.paramTypes);
+    for (const laneDirection direction : laneDirections) {
+        visitRates(engine, direction, [&](std::size_t lane, std::size_t slot) {
+            parameterMap& rate = engine.userParams[static_cast<std::size_t>(direction)][lane][slot];
+            for (const auto& [name, value] : defaults) {
+                const bool isOfReceiver = boost::algorithm::starts_with(name, "RX");
+                if (isOfReceiver == (direction == laneDirection::receive)) {
+                    rate.emplace(name, value);
+                }
+            }
+        });
+    }
+}
+
+void enterReceivePll(gt_rule_engine& engine, std::size_t lane, std::size_t slot) {
     const auto side = static_cast<std::size_t>(laneDirection::receive);
-    const laneParameters parameters(engine.userParams, laneDirection::receive, lane,
-                                    static_cast<int>(slot));
+    const laneParameters parameters(engine.userParams, laneDirection::receive,
+                                    static_cast<int>(lane), static_cast<int>(slot));
     const std::string pll = parameters.get<std::string>("_PLL_TYPE");
-    const std::string dual = dualName(dualOf(lane));
+    const std::string dual = dualName(dualOf(static_cast<int>(lane)));
     const auto* const numbers = resultsOf(engine.intersectedCoordinates, dual, pll);
     const auto* const texts = resultsOf(engine.refclkSourceIntersectedCoordinates, dual, pll);
     const double* const clock = firstOf(numbers, "pllClkFreqs", slot);
-    parameterMap& rate = engine.userParams[side][static_cast<std::size_t>(lane)][slot];
+    parameterMap& rate = engine.userParams[side][lane][slot];
     rate["RX_PLL_VCO"] = valueOr(clock, 0.0);
     rate["RX_PLL_REFCLK_FREQUENCY"] = valueOr(firstOf(numbers, "refclks", slot), 0.0);
     rate["RX_PLL_POWERDOWN"] = clock == nullptr;
@@ -90,18 +113,11 @@ void enterReceivePll(gt_rule_engine& engine, int lane, std::size_t slot) {
 }  // namespace
 
 void enterStablePackingValues(gt_rule_engine& engine) {
-    enterMissing(engine.userParams, defaultValues(engine.paramTypes));
+    enterMissing(engine);
     engine.findMode();
-    constexpr auto receive = static_cast<std::size_t>(laneDirection::receive);
-    if (receive >= engine.userParams.size()) {
-        return;
-    }
-    const auto& lanes = engine.userParams[receive];
-    for (std::size_t lane = 0; lane < lanes.size(); ++lane) {
-        for (std::size_t slot = 0; slot < lanes[lane].size(); ++slot) {
-            enterReceivePll(engine, static_cast<int>(lane), slot);
-        }
-    }
+    visitRates(engine, laneDirection::receive, [&engine](std::size_t lane, std::size_t slot) {
+        enterReceivePll(engine, lane, slot);
+    });
 }
 
 }  // namespace sable_lanecfg
