@@ -15,9 +15,18 @@ constexpr std::uint32_t equalWidths = 0x0000284a;
 // Twice as wide at the fabric: divider code 1 at bits 15, 19, 23 and 27.
 constexpr std::uint32_t doubleWidth = equalWidths | 0x08888000;
 
-/// The header of the same register in one lane: the lane at bit 26, enabled by bit 25.
+// The frozen rules have the register at 0x99, without the receive power control.
+constexpr std::uint32_t stablePipeHeader = 0x019324c8;
+constexpr std::uint32_t stableDoubleWidth = doubleWidth - 0x800;
+
+/// A header for one lane: the lane at bit 26, enabled by bit 25.
+constexpr std::uint32_t inLane(std::uint32_t header, std::uint32_t lane) {
+    return header | (lane << 26) | (1U << 25);
+}
+
+/// The header of the pipe register in one lane.
 constexpr std::uint32_t sxbPipeHeaderOf(std::uint32_t lane) {
-    return sxbPipeHeader | (lane << 26) | (1U << 25);
+    return inLane(sxbPipeHeader, lane);
 }
 
 /// The ten words in front of the table of four duplex channels in one rate group, which has this
@@ -336,6 +345,12 @@ std::vector<BundledTable> sxbTables() {
                                            sxbPipeHeaderOf(1), txMask, doubleWidth,  //
                                            sxbPipeHeaderOf(2), txMask, doubleWidth,  //
                                            sxbPipeHeaderOf(3), txMask, doubleWidth})},
+        BundledTable{
+            "sxb_stable_10gbase_r",
+            joined(oneGroup(12), {inLane(stablePipeHeader, 0), txMask, stableDoubleWidth,
+                                  inLane(stablePipeHeader, 1), txMask, stableDoubleWidth,
+                                  inLane(stablePipeHeader, 2), txMask, stableDoubleWidth,
+                                  inLane(stablePipeHeader, 3), txMask, stableDoubleWidth})},
         // 16 bits are 20 on the line, as many as inside.
         BundledTable{"sxb_1000base_x", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
         BundledTable{"sxb_xaui", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
