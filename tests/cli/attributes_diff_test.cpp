@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace lanecfg_test {
 namespace {
@@ -50,14 +52,6 @@ class AttributesDiff : public CommandLine {
 
     std::string write(const json& request, const std::string& name = "request.json") const {
         return directory.write(name, request.dump());
-    }
-
-    static std::set<std::string> namesOf(const json& rows) {
-        std::set<std::string> names;
-        for (const json& row : rows) {
-            names.insert(row.at("name"));
-        }
-        return names;
     }
 
     static json rowNamed(const json& rows, const std::string& name) {
@@ -157,6 +151,19 @@ TEST_F(AttributesDiff, ComparesOneRequestOnTwoRuleSets) {
     expectDifferences(
         rows, answerOf({"attributes", request}),
         answerIgnoringErrors({"attributes", request, "--family", "SXB", "--format", "json"}));
+}
+
+TEST_F(AttributesDiff, ShowsWhatAMoveToAnotherRuleSetChanges) {
+    const std::vector<std::pair<std::string, std::vector<std::string>>> moves = {
+        {"SXC", {"--family", "SXC"}}, {"SXB:stable", {"--selector", "stable"}}};
+    for (const auto& [rules, options] : moves) {
+        const json rows =
+            answerOf({"attributes", "--diff", tenGigabit_, tenGigabit_, "--rules", "SXB", rules});
+        EXPECT_NE(rows, json::array()) << rules;
+        std::vector<std::string> moved = {"attributes", tenGigabit_};
+        moved.insert(moved.end(), options.begin(), options.end());
+        expectDifferences(rows, answerOf({"attributes", tenGigabit_}), answerOf(moved));
+    }
 }
 
 TEST_F(AttributesDiff, TakesTheRulesInPlaceOfTheRequestsOwn) {
