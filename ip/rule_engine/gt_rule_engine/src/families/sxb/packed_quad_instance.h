@@ -21,14 +21,6 @@ struct quadRuleSets {
 /// the request, the outcome goes to the rules as user parameters, and the rules run.
 class packed_quad_instance : public lane_cfg_instance {
   public:
-    packed_quad_instance(const std::string& name, const std::string& familyWord,
-                         const quadRuleSets& rules, const std::vector<channelUsageInfo>& usage,
-                         const std::map<std::string, quadsUsageInfo*>& quads,
-                         const std::map<std::string, paramTypeInfo>& types,
-                         const userParamStore& params,
-                         std::map<std::string, attributeInfo> registers,
-                         const std::map<std::string, std::vector<std::string>>& deviceData);
-
     /// Register words by prefixed name, see `quadAttributes`. Makes the rate table.
     std::map<std::string, std::string> getAttributes() override;
     /// Output clocks (MHz) by "CH0_TXOUTCLK" and so on, the fastest of each lane's rates.
@@ -46,6 +38,15 @@ class packed_quad_instance : public lane_cfg_instance {
 
     std::string ipName;  ///< `instanceName` again
     std::map<std::string, quadsUsageInfo*> quadsUsage;
+
+  protected:
+    packed_quad_instance(const std::string& name, const std::string& familyWord,
+                         const quadRuleSets& rules, const std::vector<channelUsageInfo>& usage,
+                         const std::map<std::string, quadsUsageInfo*>& quads,
+                         const std::map<std::string, paramTypeInfo>& types,
+                         const userParamStore& params,
+                         std::map<std::string, attributeInfo> registers,
+                         const std::map<std::string, std::vector<std::string>>& deviceData);
 
   private:
     rateGroupTable rateGroups;

@@ -19,20 +19,23 @@ enum outclockControl : unsigned int {
     outclockOfReference = 3,
     outclockOfHalfReference = 4,
     outclockOfProgrammableDivider = 5,
-    outclockOfTransmitter = 6  ///< of receivers only
+    outclockOfTestSignal = 6,
+    outclockOfTransmitter = outclockOfTestSignal  ///< in the report of a receiver
 };
 
 /// Control codes by the words of TX_OUTCLK_SOURCE and RX_OUTCLK_SOURCE.
-inline constexpr code_table<std::string_view, 5> transmitClockControlCodes{{{"TXOUTCLKPCS", 1},
-                                                                            {"TXOUTCLKPMA", 2},
-                                                                            {"TXPLLREFCLK", 3},
-                                                                            {"TXPROGDIVCLK", 5},
-                                                                            {"CLKTESTSIG", 6}}};
-inline constexpr code_table<std::string_view, 5> receiveClockControlCodes{{{"RXOUTCLKPCS", 1},
-                                                                           {"RXOUTCLKPMA", 2},
-                                                                           {"RXPLLREFCLK", 3},
-                                                                           {"RXPROGDIVCLK", 5},
-                                                                           {"CLKTESTSIG", 6}}};
+inline constexpr code_table<std::string_view, 5> transmitClockControlCodes{
+    {{"TXOUTCLKPCS", outclockOfCodingLayer},
+     {"TXOUTCLKPMA", outclockOfAnalogueLayer},
+     {"TXPLLREFCLK", outclockOfReference},
+     {"TXPROGDIVCLK", outclockOfProgrammableDivider},
+     {"CLKTESTSIG", outclockOfTestSignal}}};
+inline constexpr code_table<std::string_view, 5> receiveClockControlCodes{
+    {{"RXOUTCLKPCS", outclockOfCodingLayer},
+     {"RXOUTCLKPMA", outclockOfAnalogueLayer},
+     {"RXPLLREFCLK", outclockOfReference},
+     {"RXPROGDIVCLK", outclockOfProgrammableDivider},
+     {"CLKTESTSIG", outclockOfTestSignal}}};
 
 /// The same variable of both PLLs.
 template <class T>

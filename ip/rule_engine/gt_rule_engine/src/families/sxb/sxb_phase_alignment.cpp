@@ -14,8 +14,6 @@ const char* const alignmentModeName = "RX_PHALIGN_CFG5.CMN_FAB_CLK_PHALIGN_MODE"
 /// Transmitter and receiver are aligned as one; the receiver's positions count for both.
 constexpr unsigned int commonAlignment = 3;
 
-constexpr std::size_t channelsOfQuad = 4;
-
 /// Where the transmitter stands in the chain of aligned lanes.
 class transmit_position {
   public:

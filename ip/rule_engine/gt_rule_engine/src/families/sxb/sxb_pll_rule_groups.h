@@ -8,6 +8,8 @@
 
 namespace sable_lanecfg {
 
+constexpr unsigned int channelsOfQuad = 4;
+
 // The rules of each topic, added to those at hand.
 void addPllInputRules(logicRules& rules);
 void addOutputDividerRules(logicRules& rules);

@@ -7,8 +7,6 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr unsigned int channelsOfQuad = 4;
-
 /// The LCPLL is reset only by a receiver that is in use.
 ruleDeclarer usedReceiverLcpllReset(unsigned int lane) {
     return [lane](rule_declaration& rule) {

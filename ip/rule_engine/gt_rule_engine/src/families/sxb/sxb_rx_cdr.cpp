@@ -239,8 +239,9 @@ const pcieRecoveryCase* recoveryCaseOf(const std::vector<pcieRecoveryCase>& case
     return found == cases.end() ? nullptr : &*found;
 }
 
-ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool laterSiliconOnly) {
-    return [cases, laterSiliconOnly](rule_declaration& rule) {
+ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases,
+                               pcieRecoverySilicon silicon) {
+    return [cases, silicon](rule_declaration& rule) {
         const auto lineRate = rule.reads<double>("RX_LINE_RATE");
         const auto outputDivider = rule.reads<double>("INT_RX_OUTDIV");
         const auto internalWidth = rule.reads<unsigned int>("RX_INT_DATA_WIDTH");
@@ -249,7 +250,7 @@ ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool 
         const auto offset = rule.reads<unsigned int>("RX_PPM_OFFSET");
         const auto pcie = rule.reads<bool>("PCIE_ENABLE");
         std::optional<rule_input<std::string>> revision;
-        if (laterSiliconOnly) {
+        if (silicon == pcieRecoverySilicon::later) {
             revision = rule.reads<std::string>("siliconRev");
         }
         const recovery_fields fields(rule);
@@ -285,7 +286,8 @@ unsigned int loopFactorCode(double factor) {
 }
 
 void addRxRecoveryRules(logicRules& rules) {
-    rules["EYESCAN_CFG16.RXPMA_WIDTH_OVRD_EN"] = clockDataRecovery(pcieCases(), true);
+    rules["EYESCAN_CFG16.RXPMA_WIDTH_OVRD_EN"] =
+        clockDataRecovery(pcieCases(), pcieRecoverySilicon::later);
     rules["RX_CTLE_CFG1.CDR2APT_SCANMODE1"] = scanMode;
     rules["RX_CTLE_CFG1.RCAL_OS_PAD"] = bySilicon(0, 8);
 }

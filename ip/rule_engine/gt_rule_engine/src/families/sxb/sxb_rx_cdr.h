@@ -26,10 +26,15 @@ struct pcieRecoveryCase {
 const pcieRecoveryCase* recoveryCaseOf(const std::vector<pcieRecoveryCase>& cases, double lineRate,
                                        unsigned int internalWidth);
 
-/// The recovery rule: 17 fields, and the PCIe cases that override what the width gives. With
-/// `laterSiliconOnly` the first silicon keeps what the width gives, and the rule reads the
-/// revision.
-ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases, bool laterSiliconOnly);
+/// On which silicon the PCIe cases override what the width gives.
+enum class pcieRecoverySilicon {
+    all,
+    later  ///< not the first one; the rule reads the revision
+};
+
+/// The recovery rule: 17 fields, and the PCIe cases that override what the width gives.
+ruleDeclarer clockDataRecovery(const std::vector<pcieRecoveryCase>& cases,
+                               pcieRecoverySilicon silicon);
 
 /// Codes of the loop filter's settings, 0 for a setting without one.
 unsigned int proportionalDividerCode(unsigned int divider);

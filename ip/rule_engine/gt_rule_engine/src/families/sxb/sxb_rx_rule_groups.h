@@ -22,10 +22,10 @@ void addRxPhaseAlignmentRules(logicRules& rules);
 /// Use of the 128B/130B elastic buffer of one internal width; it only corrects clocks.
 ruleDeclarer enableFor128b130b(unsigned int internalWidth);
 
-/// What the elastic buffer's maximum latency is above the minimum.
+/// What is added to the elastic buffer's minimum latency to make the maximum.
 struct latencyReserve {
-    std::function<unsigned int()> corrections;  ///< number of sequences
-    std::function<unsigned int()> width;
+    std::function<unsigned int()> corrections;  ///< number of sequences; with any, their length
+    std::function<unsigned int()> width;  ///< of a word, in the unit that the family counts in
 };
 
 /// Maximum latency of the elastic buffer; `readReserve` declares its inputs.

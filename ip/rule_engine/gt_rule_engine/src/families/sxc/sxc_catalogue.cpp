@@ -48,7 +48,7 @@ constexpr fieldOfRegister addedPllFields[] = {
     {"CTRL_RSV_CFG0", constant("CH2_RX_ILO_RESET_EN", 1)},
     {"CTRL_RSV_CFG0", constant("CH3_RX_ILO_RESET_EN", 1)}};
 
-/// Words that SXB leaves at 0; here they hold the settings of the fifth PCIe generation.
+/// Words of 0 in SXB that have fields here, among them the elastic buffer of 64 bits.
 void defineReservedRegisters(register_catalogue& catalogue) {
     catalogue.replace(
         {"CHL_RSV_CFG1",

@@ -58,7 +58,7 @@ logicRules sxcRxLogicRules() {
     removeRulesWithoutPlace(rules, sxbRxCatalogue(), sxcRxCatalogue());
     addRule(rules, "ADAPT_APT_CFG.divider_data", dividedAdaptationData);
     replaceRule(rules, "EYESCAN_CFG16.RXPMA_WIDTH_OVRD_EN",
-                clockDataRecovery(dividedPcieCases(), false));
+                clockDataRecovery(dividedPcieCases(), pcieRecoverySilicon::all));
     replaceRule(rules, "RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_MAX_LAT",
                 maximumBufferLatency(ofInternalWidth));
     return rules;

@@ -12,8 +12,6 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr unsigned int channelsOfQuad = 4;
-
 /// A transmitter whose interpolator is passed by needs no oscillator.
 ruleDeclarer oscillatorReset(unsigned int lane) {
     return [lane](rule_declaration& rule) {
