@@ -26,12 +26,14 @@ using lanecfg_test::RateSettings;
 using lanecfg_test::receive;
 using lanecfg_test::tenGigabitEthernet;
 using lanecfg_test::textsOf;
+using lanecfg_test::transmit;
 using lanecfg_test::withReceiveBuffer;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
+using namespace std::string_literals;
 
 class SxcInstance : public testing::Test {
   protected:
@@ -51,6 +53,19 @@ class SxcInstance : public testing::Test {
         PackingRequest request;
         request.addBoth(0, {settings});
         return request;
+    }
+
+    /// Lane 1 only transmits, lane 2 only receives.
+    static PackingRequest halfUsedLanes() {
+        PackingRequest request;
+        request.add(transmit, 1, {tenGigabitEthernet()}).add(receive, 2, {tenGigabitEthernet()});
+        return request;
+    }
+
+    static RateSettings onRpll() {
+        RateSettings settings = tenGigabitEthernet();
+        settings.pll = "RPLL";
+        return settings;
     }
 
     template <class Value>
@@ -188,7 +203,8 @@ TEST_F(SxcInstance, TakesTheDualsPllFromTheLaneThatUsesIt) {
 }
 
 TEST_F(SxcInstance, ResetsTheOscillatorOfEachLaneByItself) {
-    // Lane 0 with its interpolator, all others with a buffer and without, so passed by.
+    // The interpolator of lane 0 is in the path in place of a buffer; lane 1 has its buffer and
+    // passes the interpolator by.
     RateSettings unbuffered = tenGigabitEthernet();
     unbuffered.bufferMode = 0;
     PackingRequest request;
@@ -196,6 +212,80 @@ TEST_F(SxcInstance, ResetsTheOscillatorOfEachLaneByItself) {
     const auto word = std::stoul(made(request)->getAttributes().at("MST_RESET_CFG"));
     EXPECT_EQ((word >> 8) & 1U, 1U);
     EXPECT_EQ((word >> 13) & 1U, 0U);
+}
+
+TEST_F(SxcInstance, WaitsForAndResetsTheRpllOfLanesOnIt) {
+    PackingRequest request;
+    for (int lane = 0; lane < 4; ++lane) {
+        request.addBoth(lane, {onRpll()});
+    }
+    const std::map<std::string, std::string> answer = made(request)->getAttributes();
+    const auto word = [&answer](const std::string& name) { return std::stoul(answer.at(name)); };
+    for (const std::string channel : {"CH0", "CH1", "CH2", "CH3"}) {
+        EXPECT_EQ(word(channel + "_RESET_CFG") >> 25, 0b11U) << channel;
+    }
+    // The transmitters' LCPLL at bit 0 and RPLL at bit 4, the receivers' LCPLL at bit 28.
+    EXPECT_EQ(word("MST_RESET_CFG") & 0xffU, 0xf0U);
+    EXPECT_EQ(word("MST_RESET_CFG") >> 28, 0U);
+    // The receivers' RPLL.
+    EXPECT_EQ(word("CTRL_RSV_CFG0") >> 28, 0xfU);
+}
+
+TEST_F(SxcInstance, TellsThePllOfEachDirection) {
+    PackingRequest request = oneLane(onRpll());
+    request.parametersAt(receive, 0)["RX_PLL_TYPE"] = "LCPLL"s;
+    const auto instance = made(request);
+    EXPECT_THAT(instance->packedChannels, IsEmpty());
+    const auto field = [&](const std::string& name) {
+        return valueIn<unsigned>(*instance, 0, name);
+    };
+    EXPECT_EQ(field("RESET_CFG.TX_PLLLOCK_SEL"), 1U);
+    EXPECT_EQ(field("RESET_CFG.RX_PLLLOCK_SEL"), 0U);
+    EXPECT_EQ(field("MST_RESET_CFG.CH0_LCPLL_RESET_EN"), 0U);
+    EXPECT_EQ(field("MST_RESET_CFG.CH0_RPLL_RESET_EN"), 1U);
+    EXPECT_EQ(field("MST_RESET_CFG.CH0_RX_LCPLL_RESET_EN"), 1U);
+    EXPECT_EQ(field("CTRL_RSV_CFG0.CH0_RX_RPLL_RESET_EN"), 0U);
+}
+
+TEST_F(SxcInstance, KeepsDirectionsOutOfUsePoweredAsSxbDoesNot) {
+    const gt_db_load other = lanecfg_test::referenceDatabase("SXB");
+    const auto ofSxb = made(halfUsedLanes(), "SXB", other, other.m_deviceData);
+    const auto ofSxc = made(halfUsedLanes());
+    const auto expectField = [&](std::size_t lane, const std::string& name, unsigned sxb,
+                                 unsigned sxc) {
+        EXPECT_EQ(valueIn<unsigned>(*ofSxb, lane, name), sxb) << name;
+        EXPECT_EQ(valueIn<unsigned>(*ofSxc, lane, name), sxc) << name;
+    };
+    expectField(1, "FABRIC_INTF_CFG1.A_RXPD", 3, 0);
+    expectField(2, "FABRIC_INTF_CFG3.A_TXPD", 3, 0);
+    // The receiver that nobody uses is on the LCPLL by default, which its transmitter runs.
+    expectField(1, "MST_RESET_CFG.CH1_RX_LCPLL_RESET_EN", 0, 1);
+    EXPECT_EQ(std::stoul(ofSxc->getAttributes().at("MST_RESET_CFG")) >> 29 & 1U, 1U);
+}
+
+TEST_F(SxcInstance, WaitsForThePllOfReceiversInUse) {
+    const std::map<std::string, std::string> answer = made(halfUsedLanes())->getAttributes();
+    EXPECT_EQ(std::stoul(answer.at("CH1_RESET_CFG")) >> 16 & 1U, 0U);
+    EXPECT_EQ(std::stoul(answer.at("CH2_RESET_CFG")) >> 16 & 1U, 1U);
+}
+
+TEST_F(SxcInstance, KeepsTheLowBitsOfALatencyThatItsFieldCannotHold) {
+    RateSettings wide;
+    wide.coding = "8B10B";
+    wide.userDataWidth = 64;
+    wide.intDataWidth = 80;
+    PackingRequest request = oneLane(wide);
+    request.parametersAt(receive, 0)["RX_CC_NUM_SEQ"] = 1U;
+    request.parametersAt(receive, 0)["RX_CC_LEN_SEQ"] = 4U;
+    const auto instance = made(request);
+    const std::string field = "RX_ELASTIC_BUF_CFG0.EB8B10B_CLK_COR_";
+    // Words of 8 bytes: one of drift, five less 2 bytes, and 1.
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, field + "MIN_LAT"), 8U + 38U + 1U);
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, field + "MAX_LAT"), 47U + 80U + 4U);
+    // 131 less 128 at bit 1; nothing of it gets into the next field, at bit 8.
+    const auto word = std::stoul(instance->getAttributes().at("CH0_RX_ELASTIC_BUF_CFG0"));
+    EXPECT_EQ(word >> 1 & 0x7fU, 3U);
+    EXPECT_EQ(word >> 8 & 0x1fU, valueIn<unsigned>(*instance, 0, field + "REPEAT_WAIT"));
 }
 
 TEST_F(SxcInstance, AnswersTheSameOnEverySilicon) {
