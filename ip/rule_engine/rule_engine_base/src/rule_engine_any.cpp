@@ -75,31 +75,38 @@ rule_engine_any::rule_engine_any(const char* value) : rule_engine_any(textOf(val
 rule_engine_any::rule_engine_any(bool value) : data_(value), code_(typeCode::boolean) {}
 
 rule_engine_any& rule_engine_any::operator=(int value) {
-    return take(value);
+    take(value);
+    return *this;
 }
 
 rule_engine_any& rule_engine_any::operator=(unsigned int value) {
-    return take(value);
+    take(value);
+    return *this;
 }
 
 rule_engine_any& rule_engine_any::operator=(double value) {
-    return take(value);
+    take(value);
+    return *this;
 }
 
 rule_engine_any& rule_engine_any::operator=(const std::string& value) {
-    return take(value);
+    take(value);
+    return *this;
 }
 
 rule_engine_any& rule_engine_any::operator=(const char* value) {
-    return take(value);
+    take(value);
+    return *this;
 }
 
 rule_engine_any& rule_engine_any::operator=(bool value) {
-    return take(value);
+    take(value);
+    return *this;
 }
 
 rule_engine_any& rule_engine_any::operator=(const rule_engine_any& other) {
-    return take(other);
+    take(other);
+    return *this;
 }
 
 void rule_engine_any::swap(rule_engine_any& other) noexcept {
@@ -110,9 +117,8 @@ void rule_engine_any::swap(rule_engine_any& other) noexcept {
 }
 
 /// The new value is complete before the old one goes, which may hold it.
-rule_engine_any& rule_engine_any::take(rule_engine_any value) {
+void rule_engine_any::take(rule_engine_any value) {
     swap(value);
-    return *this;
 }
 
 bool rule_engine_any::isNull() const {

@@ -94,6 +94,7 @@ void nameSharedClock(const connection& named, const std::vector<connection>& con
         }
     }
     std::vector<std::string> parts;
+    parts.reserve(users.size());
     for (const auto& [pin, source] : users) {
         parts.push_back(pin + "_" + source);
     }

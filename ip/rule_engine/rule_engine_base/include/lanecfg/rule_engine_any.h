@@ -138,7 +138,7 @@ class LANECFG_EXPORT rule_engine_any {
 
     static const char* name(typeCode code);
     void swap(rule_engine_any& other) noexcept;
-    rule_engine_any& take(rule_engine_any value);
+    void take(rule_engine_any value);
     void become(typeCode code);
     void append(rule_engine_any element);
     void step(int change);

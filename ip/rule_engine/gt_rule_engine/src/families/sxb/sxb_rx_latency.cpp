@@ -76,7 +76,8 @@ class minimum_latency {
         if (corrections_() == 0) {
             return width_();
         }
-        const double least = offset_() / 1000000 * periodicity_() + 0.2;
+        const auto wholeOffset = offset_() / 1000000;
+        const double least = wholeOffset * periodicity_() + 0.2;
         unsigned int words = 1;
         while (words < mostWords && !(words * width_() > least)) {
             ++words;
