@@ -1,6 +1,5 @@
 #include "rule_differences.h"
 
-#include "errors.h"
 #include "families.h"
 
 #include <boost/algorithm/string/join.hpp>
@@ -180,13 +179,8 @@ std::string summaryOf(const std::vector<RuleDifference>& differences, const std:
 }  // namespace
 
 std::vector<NumberedRule> numberedRules(const std::string& family, const std::string& selector) {
-    const std::vector<ruleDescription> rules = rulesOfFamily(family, selector);
-    if (rules.empty()) {
-        throw RequestError("The " + selector + " rules of " + family +
-                           " are not part of this build.");
-    }
     std::vector<NumberedRule> numbered;
-    for (const ruleDescription& rule : rules) {
+    for (const ruleDescription& rule : rulesOfFamily(family, selector)) {
         numbered.push_back({numbered.size(), rule});
     }
     return numbered;

@@ -17,8 +17,7 @@ struct NumberedRule {
     ruleDescription rule;
 };
 
-/// All rules of a family and selector with their numbers. Throws RequestError when the build lacks
-/// them.
+/// All rules of a family and selector with their numbers; of some there are none.
 std::vector<NumberedRule> numberedRules(const std::string& family, const std::string& selector);
 
 std::string wordOf(ruleKind kind);

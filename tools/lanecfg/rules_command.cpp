@@ -29,6 +29,10 @@ void refuseUnknownSets(const RulesOptions& options, const std::vector<NumberedRu
         }
     }
     for (const std::string& set : options.sets) {
+        if (rules.empty()) {
+            throw UsageError("--set: " + options.family + " has no rules, so none in a set \"" +
+                             set + "\".");
+        }
         if (!contains(known, set)) {
             throw UsageError("--set: the rules of " + options.family + " have no set \"" + set +
                              "\"; they have " + listed(known) + ".");
@@ -100,7 +104,7 @@ Answer answerTo(const RulesOptions& options) {
     Answer answer;
     answer.table = tableOf(chosen);
     answer.text = textOf(chosen);
-    answer.remarks.push_back(summaryOf(chosen));
+    answer.remarks.push_back(all.empty() ? options.family + " has no rules" : summaryOf(chosen));
     return answer;
 }
 
