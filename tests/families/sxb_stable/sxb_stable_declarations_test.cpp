@@ -33,13 +33,13 @@ const std::vector<DeclaredNames>& pllDeclarations() {
           "INT_LCPLL_REFCLK_SOURCE", "INT_RPLL_REFCLK_SOURCE", "INT_LCPLL_REFCLK_ID",
           "INT_RPLL_REFCLK_ID", "INT_LCPLL_PLLCLKOUT", "INT_RPLL_PLLCLKOUT"}},
         {"LCPLL solver",
-         {"INT_LCPLL_PLLCLKOUT_VECTOR", "INT_LCPLL_REFCLKFREQ"},
+         {"INT_LCPLL_PLLCLKOUT_VECTOR", "INT_LCPLL_REFCLKFREQ", "PCIE_ENABLE"},
          {"INT_LCPLL_REF_DIV", "INT_LCPLL_FBDIV"}},
         {"RPLL solver",
          {"RPLL_USED_FOR_SERIAL_DATA_RATE0", "TX_IN_USE", "RX_IN_USE", "INT_RPLL_PLLCLKOUT_VECTOR",
           "INT_RPLL_REFCLKFREQ", "INT_RPLLCLKOUTRATE"},
          {"INT_RPLL_REF_DIV", "INT_RPLL_FBDIV"}},
-        {"INT_BUFGTDIV_G1_PIPECLK",
+        {"pipe clock divider",
          {"PCIE_ENABLE", "TXPROGDIV_FREQ_VAL"},
          {"INT_BUFGTDIV_G1_PIPECLK", "PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK"}},
         {"PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK", {"PCIE_ENABLE", "TXPROGDIV_FREQ_VAL"}},
@@ -55,16 +55,18 @@ const std::vector<DeclaredNames>& laneDeclarations() {
     static const std::vector<std::string> lowPower{"PCIE_ENABLE", "TX_LINE_RATE", "RX_EQ_MODE"};
     static const std::vector<DeclaredNames> rows{
         {"RX outclock report",
-         {"PIPE_CTRL_CFG7.RXOUTCLKCTL", "RX_PCS_CFG0.RX_DATA_WIDTH", "RX_LINE_RATE",
-          "INT_RXPROGDIV_SEL", "INT_RXOUTCLKDIV_FOR_PROGDIV_PATH", "PIPE_CTRL_CFG7.RX_DA_BYP",
-          "INT_LCPLL_PLLCLKOUT", "INT_RPLL_PLLCLKOUT", "CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL"},
+         {"CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL", "RX_PCS_CFG0.RX_DATA_WIDTH", "RX_LINE_RATE",
+          "INT_LCPLL_PLLCLKOUT", "INT_RPLL_PLLCLKOUT", "PIPE_CTRL_CFG7.RXOUTCLKCTL",
+          "INT_RXPROGDIV_SEL", "INT_RX_OUTDIV", "INT_RXOUTCLKDIV_FOR_PROGDIV_PATH",
+          "INT_LCPLL_REFCLKFREQ", "INT_RPLL_REFCLKFREQ", "PIPE_CTRL_CFG7.RX_DA_BYP",
+          "DA_CFG.RX_DA_REFCLK_SEL"},
          {"RX_PHALIGN_CFG0.DAPI_BUFG_DIV"}},
         {"TX outclock report",
-         {"PIPE_CTRL_CFG7.TXOUTCLKCTL", "TX_PCS_CFG0.TX_DATA_WIDTH", "TX_LINE_RATE",
-          "INT_TXPROGDIV_SEL", "INT_TXOUTCLKDIV_FOR_PROGDIV_PATH", "PIPE_CTRL_CFG7.TX_DA_BYP",
-          "INT_LCPLL_PLLCLKOUT", "INT_RPLL_PLLCLKOUT", "CHCLK_TXPI_CFG0.TX_PROGCLK_SEL",
-          "CHCLK_TXPI_CFG0.TX_PLLCLK_SEL", "CHCLK_TXPI_CFG0.TXPI_BYPASS",
-          "CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL"},
+         {"PIPE_CTRL_CFG7.TXOUTCLKCTL", "TX_PCS_CFG0.TX_DATA_WIDTH", "DA_CFG.TX_DA_REFCLK_SEL",
+          "PIPE_CTRL_CFG7.TX_DA_BYP", "CHCLK_TXPI_CFG0.TX_PROGCLK_SEL",
+          "CHCLK_TXPI_CFG0.TX_PLLCLK_SEL", "INT_TXOUTCLKDIV_FOR_PROGDIV_PATH", "INT_TXPROGDIV_SEL",
+          "TX_LINE_RATE", "INT_LCPLL_REFCLKFREQ", "INT_RPLL_REFCLKFREQ", "INT_LCPLL_PLLCLKOUT",
+          "INT_RPLL_PLLCLKOUT", "CHCLK_TXPI_CFG0.TXPI_BYPASS", "CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL"},
          {"TX_PHALIGN_CFG0.DAPI_BUFG_DIV"}},
         {"TX_PCS_CFG0.USE_GB", {"TX_DATA_ENCODING"}, {"TX_PCS_CFG0.USE_GB", "TX_PCS_CFG0.MODE"}},
         {"ADAPT_GEN_CFG0.gc1_disloop", {"RX_EQ_MODE"}},
@@ -148,6 +150,34 @@ TEST(SxbStableDeclarations, OfAllOtherRulesAreThoseOfTheCurrentRules) {
         EXPECT_EQ(current.erase(gone), 1U) << gone;
     }
     EXPECT_EQ(likeDeclarations("stable"), current);
+}
+
+/// First outputs of the rules in order of registration.
+std::vector<std::string> firstOutputs(const std::string& selector) {
+    std::vector<std::string> names;
+    for (const ruleDescription& rule : rulesOfFamily("SXB", selector)) {
+        names.push_back(rule.outputs.front());
+    }
+    return names;
+}
+
+/// Those that are also among the others, in their order.
+std::vector<std::string> sharedWith(const std::vector<std::string>& others,
+                                    std::vector<std::string> names) {
+    const std::set<std::string> known(others.begin(), others.end());
+    names.erase(
+        std::remove_if(names.begin(), names.end(),
+                       [&known](const std::string& name) { return known.count(name) == 0; }),
+        names.end());
+    return names;
+}
+
+TEST(SxbStableDeclarations, StandInTheOrderOfTheCurrentRules) {
+    const std::vector<std::string> frozen = firstOutputs("stable");
+    const std::vector<std::string> current = firstOutputs("live");
+    const std::vector<std::string> shared = sharedWith(frozen, current);
+    EXPECT_GT(shared.size(), 1400U);
+    EXPECT_EQ(sharedWith(current, frozen), shared);
 }
 
 TEST(SxbStableDeclarations, NameNoVariableThatNothingProvides) {

@@ -164,7 +164,7 @@ std::vector<RuleCase> pipeClockCases() {
         const VariableValues inputs{{"PCIE_ENABLE", pcie}, {"TXPROGDIV_FREQ_VAL", clock}};
         cases.push_back(fieldCase("PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK", inputs, field));
         cases.push_back(
-            {"INT_BUFGTDIV_G1_PIPECLK",
+            {"pipe clock divider",
              inputs,
              {{"INT_BUFGTDIV_G1_PIPECLK", field}, {"PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK", field}}});
     };

@@ -177,9 +177,7 @@ std::set<std::string> whatDiffers() {
 /// What is alike however it is computed: the PLLs are given the same work, and the equaliser's mode
 /// is no "AUTO".
 const std::set<std::string>& alikeAllTheSame() {
-    static const std::set<std::string> names{"INT_LCPLL_REF_DIV",
-                                             "INT_LCPLL_FBDIV",
-                                             "INT_LCPLL_PLLCLKOUT",
+    static const std::set<std::string> names{"INT_LCPLL_PLLCLKOUT",
                                              "INT_LCPLL_REFCLKFREQ",
                                              "INT_LCPLL_POWERDOWN",
                                              "INT_LCPLL_REFCLK_SOURCE",

@@ -8,7 +8,7 @@ namespace sable_lanecfg {
 
 /// Steps of the frozen PLL set that the current one lacks.
 namespace sxb_stable_pll_step {
-constexpr std::string_view pipeClockDivider = "INT_BUFGTDIV_G1_PIPECLK";
+constexpr std::string_view pipeClockDivider = "pipe clock divider";
 }  // namespace sxb_stable_pll_step
 
 // The frozen registers of the SXB family, as differences over the current ones. Rows that no longer

@@ -2,6 +2,10 @@
 #include "families/frozen/sxb_stable_catalogue.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
 namespace sable_lanecfg {
 
 namespace {
@@ -362,15 +366,29 @@ void addRegisters(register_catalogue& catalogue) {
     }
 }
 
+/// Gives the field of the pipe clock a rule of its own, right behind the current one, which also
+/// writes the intermediate and stays where the field stands.
+void splitPipeClock(register_catalogue& catalogue) {
+    constexpr std::string_view name = "PIPE_CTRL_CFG5";
+    const std::vector<registerField> fields = catalogue.fieldsOf(name);
+    const auto own = std::find_if(fields.begin(), fields.end(), [](const registerField& field) {
+        return field.name == "BUFGTDIV_G1_PIPECLK";
+    });
+    catalogue.replace(fieldsOnly(name, {own, fields.end()}));
+    catalogue.insertAfter(name, word(name));
+    catalogue.insertBefore(name, step(sxb_stable_pll_step::pipeClockDivider));
+    catalogue.insertBefore(sxb_stable_pll_step::pipeClockDivider,
+                           fieldsOnly(name, {fields.begin(), own}));
+}
+
 register_catalogue made(register_catalogue catalogue) {
     addRegisters(catalogue);
-    // The field has a rule of its own, beside the one that also writes the intermediate.
-    catalogue.insertBefore("PIPE_CTRL_CFG5", step(sxb_stable_pll_step::pipeClockDivider));
     replaceFields(catalogue, replacedFields);
     applyDifferences(catalogue, changedConstants);
     addFields(catalogue, addedFields);
     applyDifferences(catalogue, removedRules);
     applyDifferences(catalogue, emptiedWords);
+    splitPipeClock(catalogue);
     return catalogue;
 }
 

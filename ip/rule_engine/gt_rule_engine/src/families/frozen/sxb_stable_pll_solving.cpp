@@ -94,6 +94,8 @@ void stableInputSelection(rule_declaration& rule) {
 void stableLcpllSolver(rule_declaration& rule) {
     const auto clocks = rule.reads<std::vector<double>>("INT_LCPLL_PLLCLKOUT_VECTOR");
     const auto referenceClock = rule.reads<double>("INT_LCPLL_REFCLKFREQ");
+    // No candidate is left out for PCIe, but the rule waits for what the current one waits for.
+    rule.alsoDeclares("PCIE_ENABLE");
     const auto reference = rule.writes("INT_LCPLL_REF_DIV");
     const auto feedback = rule.writes("INT_LCPLL_FBDIV");
     rule.body([=] {
