@@ -1,6 +1,7 @@
 #include "families/frozen/lane_cfg_sxb_instance_iter_stable.h"
 
 #include "support/captured_messages.h"
+#include "support/environment_variable.h"
 #include "support/packing_request.h"
 #include "support/quad_usage.h"
 #include "support/reference_data.h"
@@ -11,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <random>
 #include <string>
@@ -156,6 +158,66 @@ TEST_F(SxbStableInstance, TakesEveryDirectionForUsedUnlessTheRequestSaysOtherwis
     EXPECT_TRUE(valueIn<bool>(*instance, 3, "TX_IN_USE"));
     EXPECT_TRUE(valueIn<bool>(*instance, 3, "RX_IN_USE"));
     EXPECT_EQ(valueIn<unsigned>(*instance, 3, "FABRIC_INTF_CFG3.A_TXPD"), 0U);
+}
+
+TEST_F(SxbStableInstance, DividesTheOutOfBandClockFromWhatTheRequestSaysOfTheReference) {
+    PackingRequest request = oneLane();
+    request.parametersAt(transmit, 0)["OOB_ENABLE"] = true;
+    const auto untold = made(request);
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "PIPE_CTRL_CFG1.OOB_PD"), 0U);
+    // The packing's 156.25 MHz are not told as those of the LCPLL: 0 MHz have no divider.
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "PIPE_CTRL_CFG6.RXOOB_CLKDIV_VAL"), 0U);
+    request.parametersAt(receive, 0)["RX_LCPLL_REFCLK_FREQUENCY"] = 156.25;
+    request.parametersAt(receive, 0)["RX_RPLL_REFCLK_FREQUENCY"] = 400.0;
+    // 156.25 MHz over 25 MHz, less 1.
+    EXPECT_EQ(valueIn<unsigned>(*made(request), 0, "PIPE_CTRL_CFG6.RXOOB_CLKDIV_VAL"), 5U);
+}
+
+TEST_F(SxbStableInstance, TakesTheRatesOfAPcieLinkFromTheRequest) {
+    PackingRequest request = oneLane();
+    auto& parameters = request.parametersAt(transmit, 0);
+    parameters["PCIE_ENABLE"] = true;
+    parameters["TXPROGDIV_FREQ_VAL"] = 1000.0;
+    const auto untold = made(request);
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "PIPE_CTRL_CFG0.PCIE_MODE"), 1U);
+    // 1000 MHz over 125 MHz, less 1, from both rules of the pipe clock.
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "PIPE_CTRL_CFG5.BUFGTDIV_G1_PIPECLK"), 7U);
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "INT_BUFGTDIV_G1_PIPECLK"), 7U);
+    // Constant here.
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "PIPE_CTRL_CFG7.CDR_CTRL_ADAPT_HOLD_EN"), 0U);
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "PIPE_CTRL_CFG1.UCORE_PLL_ILO_CAL_EN"), 0U);
+    // 1000 over 500 MHz with the default width of 16, over 250 MHz with another.
+    EXPECT_EQ(valueIn<unsigned>(*untold, 0, "PIPE_CTRL_CFG5.BUFGTDIV_G3_PIPECLK"), 1U);
+    parameters["MAX_RATE"] = 2U;
+    parameters["GEN3_INT_DATA_WIDTH"] = 32U;
+    const auto told = made(request);
+    EXPECT_EQ(valueIn<unsigned>(*told, 0, "PIPE_CTRL_CFG1.UCORE_PLL_ILO_CAL_EN"), 1U);
+    EXPECT_EQ(valueIn<unsigned>(*told, 0, "PIPE_CTRL_CFG5.BUFGTDIV_G3_PIPECLK"), 3U);
+}
+
+TEST_F(SxbStableInstance, LeavesTheDividersIdleForAClockThatOnlyAFractionMakes) {
+    RateSettings settings = tenGigabitEthernet();
+    // 10709.225 MHz are 68.53904 times the reference clock.
+    settings.lineRate = 10.709225;
+    const auto instance = made(oneLane(0, settings));
+    EXPECT_THAT(instance->packedChannels, IsEmpty());
+    EXPECT_THAT(messages.records(), IsEmpty());
+    EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_VCO"), 10.709225);
+    EXPECT_FALSE(valueIn<bool>(*instance, 0, "RX_PLL_POWERDOWN"));
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "A_CFG1.A_HS0_LCPLLFBDIV"), 78U);
+    EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_SDMDATA"), 0U);
+}
+
+TEST_F(SxbStableInstance, UpdatesAnElfWithItsRateTable) {
+    const lanecfg_test::TemporaryDirectory directory;
+    std::filesystem::permissions(directory.write("pco-objcopy", ""),
+                                 std::filesystem::perms::owner_all);
+    directory.write("update_elf.sh", "#!/bin/sh\nexit 0\n");
+    const lanecfg_test::EnvironmentVariable searchPath("PATH", directory.path().string());
+    const auto instance = made(oneLane());
+    EXPECT_TRUE(instance->updateELF("firmware.elf", directory.path().string()));
+    EXPECT_EQ(lanecfg_test::readFile(directory.file("rate_table.txt")),
+              instance->generateRateTableInBinary());
 }
 
 TEST_F(SxbStableInstance, RunsAQuadThatNobodyUses) {
