@@ -87,8 +87,8 @@ class first_pass {
 /// Puts the words of a quad together.
 class quad_words {
   public:
-    quad_words(gt_rule_engine& engine, const quadWordLayout& layout)
-        : engine_(engine), layout_(layout), attributes_(engine.getAttribMap()) {
+    quad_words(gt_rule_engine& engine, quadWordLayout layout)
+        : engine_(engine), layout_(std::move(layout)), attributes_(engine.getAttribMap()) {
         lanes_.reserve(engine.blockVarMap.size());
         for (const auto& passes : engine.blockVarMap) {
             lanes_.emplace_back(passes);
@@ -134,6 +134,17 @@ class quad_words {
 
     void compose(const std::string& name) { enterAndReport(name, engine_.generateRegister(name)); }
 
+    /// Composes the words of the rows, each once.
+    template <class Rows, class NameOf>
+    void composeEach(const Rows& rows, const NameOf& nameOf) {
+        std::set<std::string> composed;
+        for (const auto& row : rows) {
+            if (composed.insert(nameOf(row)).second) {
+                compose(nameOf(row));
+            }
+        }
+    }
+
     void enterPllWords() {
         for (std::size_t dual = 0; dual < duals; ++dual) {
             for (const std::string pll : plls) {
@@ -153,9 +164,7 @@ class quad_words {
         for (const referenceWord& word : layout_.referenceWords) {
             enterReferenceFields(word);
         }
-        for (const referenceWord& word : layout_.referenceWords) {
-            compose(word.name);
-        }
+        composeEach(layout_.referenceWords, [](const referenceWord& word) { return word.name; });
     }
 
     void enterReferenceFields(const referenceWord& word) {
@@ -176,12 +185,7 @@ class quad_words {
                 enterOwnField(lane, std::string(field.registerName) + "." + channel + field.ending);
             }
         }
-        std::set<std::string> words;
-        for (const laneField& field : layout_.laneFields) {
-            if (words.insert(field.registerName).second) {
-                compose(field.registerName);
-            }
-        }
+        composeEach(layout_.laneFields, [](const laneField& field) { return field.registerName; });
     }
 
     void enterOwnField(std::size_t lane, const std::string& name) {
@@ -199,7 +203,7 @@ class quad_words {
     }
 
     gt_rule_engine& engine_;
-    const quadWordLayout& layout_;
+    quadWordLayout layout_;
     std::map<std::string, std::string> attributes_;
     std::vector<first_pass> lanes_;
 };
@@ -207,21 +211,18 @@ class quad_words {
 }  // namespace
 
 quadWordLayout currentQuadWords() {
-    return {true,
-            {{"LCPLL_REFCLK_IPS", "LCPLL_", 0, "LCPLL"},
-             {"RPLL_REFCLK_IPS", "RPLL_", 0, "RPLL"},
-             {"LCPLL_REFCLK_IPS", "LCPLL_", 1, "LCPLL"},
-             {"RPLL_REFCLK_IPS", "RPLL_", 1, "RPLL"}},
-            {{"MST_RESET_CFG", "_LCPLL_RESET_EN"},
-             {"MST_RESET_CFG", "_RPLL_RESET_EN"},
-             {"MST_RESET_CFG", "_ILO_RESET_EN"},
-             {"MST_RESET_CFG", "_TX_PROGDIV_RESET_EN"},
-             {"MST_RESET_CFG", "_TX_CH_RESET_EN"},
-             {"MST_RESET_CFG", "_RX_PROGDIV_RESET_EN"},
-             {"MST_RESET_CFG", "_RX_CH_RESET_EN"},
-             {"MST_RESET_CFG", "_RX_LCPLL_RESET_EN"},
-             {"CTRL_RSV_CFG0", "_RX_RPLL_RESET_EN"}},
-            true};
+    quadWordLayout layout;
+    layout.referenceWords = {{"LCPLL_REFCLK_IPS", "LCPLL_", 0, "LCPLL"},
+                             {"RPLL_REFCLK_IPS", "RPLL_", 0, "RPLL"},
+                             {"LCPLL_REFCLK_IPS", "LCPLL_", 1, "LCPLL"},
+                             {"RPLL_REFCLK_IPS", "RPLL_", 1, "RPLL"}};
+    layout.laneFields = {
+        {"MST_RESET_CFG", "_LCPLL_RESET_EN"},  {"MST_RESET_CFG", "_RPLL_RESET_EN"},
+        {"MST_RESET_CFG", "_ILO_RESET_EN"},    {"MST_RESET_CFG", "_TX_PROGDIV_RESET_EN"},
+        {"MST_RESET_CFG", "_TX_CH_RESET_EN"},  {"MST_RESET_CFG", "_RX_PROGDIV_RESET_EN"},
+        {"MST_RESET_CFG", "_RX_CH_RESET_EN"},  {"MST_RESET_CFG", "_RX_LCPLL_RESET_EN"},
+        {"CTRL_RSV_CFG0", "_RX_RPLL_RESET_EN"}};
+    return layout;
 }
 
 std::map<std::string, std::string> quadAttributes(gt_rule_engine& engine,

@@ -68,7 +68,9 @@ logicRules equaliserFieldRules(const std::string& modeName) {
 
 void addRxEqualiserRules(logicRules& rules) {
     rules[std::string(sxb_rx_step::equaliserMode)] = equaliserMode;
-    rules.merge(equaliserFieldRules("INT_RX_EQ_MODE"));
+    for (const auto& [name, rule] : equaliserFieldRules("INT_RX_EQ_MODE")) {
+        addRule(rules, name, rule);
+    }
 }
 
 }  // namespace sable_lanecfg
