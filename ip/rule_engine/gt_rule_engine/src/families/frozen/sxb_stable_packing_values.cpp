@@ -1,11 +1,10 @@
 #include "families/frozen/sxb_stable_packing_values.h"
 
 #include "block/default_values.h"
+#include "families/sxb/packing_rows.h"
 #include "packing/lane_parameters.h"
 
 #include <lanecfg/rule_engine_utilities.h>
-
-#include <boost/algorithm/string/predicate.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -24,33 +23,29 @@ using parameterMap = std::map<std::string, ruleValue>;
 template <class T>
 const std::map<std::string, std::vector<std::vector<T>>>* resultsOf(
     const packingResultMap<T>& results, const std::string& dual, const std::string& pll) {
-    const auto groups = results.find(dual);
-    if (groups == results.end()) {
+    const auto* const groups = elementOf(results, dual);
+    if (groups == nullptr) {
         return nullptr;
     }
-    for (const auto& [group, plls] : groups->second) {
-        const auto found = plls.find(pll);
-        if (found != plls.end()) {
-            return &found->second;
+    for (const auto& [group, plls] : *groups) {
+        if (const auto* const found = elementOf(plls, pll)) {
+            return found;
         }
     }
     return nullptr;
 }
 
-/// First entry of a slot's row, null without one. A single row serves all slots.
+/// First entry of a slot's row, null without one.
 template <class T>
 const T* firstOf(const std::map<std::string, std::vector<std::vector<T>>>* results,
                  const std::string& name, std::size_t slot) {
-    if (results == nullptr) {
+    const auto* const rows = rowsOfResult(results, name);
+    if (rows == nullptr) {
         return nullptr;
     }
-    const auto rows = results->find(name);
-    if (rows == results->end()) {
-        return nullptr;
-    }
-    const std::size_t row = rows->second.size() == 1 ? 0 : slot;
-    const bool isThere = row < rows->second.size() && !rows->second[row].empty();
-    return isThere ? &rows->second[row].front() : nullptr;
+    const std::size_t row = rowOfSlot(*rows, slot);
+    const bool isThere = row < rows->size() && !(*rows)[row].empty();
+    return isThere ? &(*rows)[row].front() : nullptr;
 }
 
 template <class T>
@@ -79,16 +74,12 @@ void visitRates(const gt_rule_engine& engine, laneDirection direction, const Vis
 }
 
 void enterMissing(gt_rule_engine& engine) {
-    const parameterMap defaults = defaultValues(engine.paramTypes);
+    const auto ratesOfNone = ratesOfDefaults(defaultValues(engine.paramTypes));
     for (const laneDirection direction : laneDirections) {
+        const auto side = static_cast<std::size_t>(direction);
+        const parameterMap& defaults = ratesOfNone.at(side).front();
         visitRates(engine, direction, [&](std::size_t lane, std::size_t slot) {
-            parameterMap& rate = engine.userParams[static_cast<std::size_t>(direction)][lane][slot];
-            for (const auto& [name, value] : defaults) {
-                const bool isOfReceiver = boost::algorithm::starts_with(name, "RX");
-                if (isOfReceiver == (direction == laneDirection::receive)) {
-                    rate.emplace(name, value);
-                }
-            }
+            engine.userParams[side][lane][slot].insert(defaults.begin(), defaults.end());
         });
     }
 }

@@ -1,5 +1,6 @@
 #include "families/frozen/sxb_stable_rule_groups.h"
 #include "families/sxb/sxb_pll_dividers.h"
+#include "families/sxb/sxb_solver_inputs.h"
 
 #include <string>
 #include <vector>
@@ -24,25 +25,26 @@ struct receive_pll {
     rule_input<std::string> source;
 };
 
-/// The solver's inputs for one PLL.
-struct pll_request {
-    std::vector<double> clocks = {};
-    double clock = 0.0;
-    double referenceClock = 0.0;
-    bool powerDown = true;
-    std::string source = "R0";
-};
+/// The solver's inputs for one PLL: what the receiver has of it, or an idle one.
+class pll_request {
+  public:
+    pll_request(const receive_pll& receiver, const char* pll)
+        : receiver_(receiver.type() == pll ? &receiver : nullptr) {}
 
-pll_request requestOf(const receive_pll& receiver, const char* pll) {
-    if (receiver.type() != pll) {
-        return {};
+    std::vector<double> clocks() const {
+        return receiver_ == nullptr ? std::vector<double>() : std::vector<double>{clock()};
     }
-    return {{receiver.clock()},
-            receiver.clock(),
-            receiver.referenceClock(),
-            receiver.powerDown(),
-            receiver.source()};
-}
+    double clock() const { return receiver_ == nullptr ? 0.0 : receiver_->clock(); }
+    double referenceClock() const {
+        return receiver_ == nullptr ? 0.0 : receiver_->referenceClock();
+    }
+    bool powerDown() const { return receiver_ == nullptr || receiver_->powerDown(); }
+    std::string source() const { return receiver_ == nullptr ? "R0" : receiver_->source(); }
+    static unsigned int identifier() { return 0; }
+
+  private:
+    const receive_pll* receiver_;
+};
 
 /// First dividers that `dividersOf` finds for one of the clocks.
 template <class DividersOf>
@@ -61,33 +63,15 @@ void solve(const std::vector<double>& clocks, const rule_output<unsigned int>& r
 
 void stableInputSelection(rule_declaration& rule) {
     const receive_pll receiver(rule);
-    const auto lcpllClocks = rule.writes<std::vector<double>>("INT_LCPLL_PLLCLKOUT_VECTOR");
-    const auto rpllClocks = rule.writes<std::vector<double>>("INT_RPLL_PLLCLKOUT_VECTOR");
-    const auto rpllReferenceClock = rule.writes<double>("INT_RPLL_REFCLKFREQ");
-    const auto lcpllReferenceClock = rule.writes<double>("INT_LCPLL_REFCLKFREQ");
-    const auto rpllPowerDown = rule.writes<bool>("INT_RPLL_POWERDOWN");
-    const auto lcpllPowerDown = rule.writes<bool>("INT_LCPLL_POWERDOWN");
-    const auto lcpllSource = rule.writes<std::string>("INT_LCPLL_REFCLK_SOURCE");
-    const auto rpllSource = rule.writes<std::string>("INT_RPLL_REFCLK_SOURCE");
-    const auto lcpllIdentifier = rule.writes("INT_LCPLL_REFCLK_ID");
-    const auto rpllIdentifier = rule.writes("INT_RPLL_REFCLK_ID");
+    const solver_inputs inputs(rule);
     const auto lcpllClock = rule.writes<double>("INT_LCPLL_PLLCLKOUT");
     const auto rpllClock = rule.writes<double>("INT_RPLL_PLLCLKOUT");
     rule.body([=] {
-        const pll_request lcpll = requestOf(receiver, "LCPLL");
-        const pll_request rpll = requestOf(receiver, "RPLL");
-        lcpllClocks.set(lcpll.clocks);
-        rpllClocks.set(rpll.clocks);
-        rpllReferenceClock.set(rpll.referenceClock);
-        lcpllReferenceClock.set(lcpll.referenceClock);
-        rpllPowerDown.set(rpll.powerDown);
-        lcpllPowerDown.set(lcpll.powerDown);
-        lcpllSource.set(lcpll.source);
-        rpllSource.set(rpll.source);
-        lcpllIdentifier.set(0);
-        rpllIdentifier.set(0);
-        lcpllClock.set(lcpll.clock);
-        rpllClock.set(rpll.clock);
+        const pll_request lcpll(receiver, "LCPLL");
+        const pll_request rpll(receiver, "RPLL");
+        inputs.set(lcpll, rpll);
+        lcpllClock.set(lcpll.clock());
+        rpllClock.set(rpll.clock());
     });
 }
 

@@ -1,5 +1,6 @@
 #include "families/sxb/sxb_packing_values.h"
 
+#include "families/sxb/packing_rows.h"
 #include "packing/lane_parameters.h"
 
 #include <lanecfg/gt_quad_packing.h>
@@ -85,13 +86,6 @@ quadSummary summaryOf(const gt_rule_engine& engine) {
     return summary;
 }
 
-/// An element by its key, null where there is none.
-template <class Content>
-const Content* elementOf(const std::map<std::string, Content>& table, const std::string& key) {
-    const auto found = table.find(key);
-    return found == table.end() ? nullptr : &found->second;
-}
-
 /// What the packing left of one PLL in a dual and rate group; it looks at the tables of the
 /// packing, which have to outlive it.
 class pll_outcome {
@@ -114,8 +108,7 @@ class pll_outcome {
         return row < frequencies_->size() && !(*frequencies_)[row].empty();
     }
 
-    /// Lanes that change rate independently of each other share one row.
-    std::size_t rowOf(std::size_t slot) const { return frequencies_->size() == 1 ? 0 : slot; }
+    std::size_t rowOf(std::size_t slot) const { return rowOfSlot(*frequencies_, slot); }
 
     /// Whether lanes hold the PLL at one frequency at all of their rates.
     bool isShared() const { return shared_->at(0).at(0) != 0.0; }
@@ -133,7 +126,7 @@ class pll_outcome {
     template <class Rows>
     static const Rows* rowsOf(const std::map<std::string, Rows>* rows, const char* name) {
         static const Rows none;
-        const Rows* const found = rows == nullptr ? nullptr : elementOf(*rows, name);
+        const Rows* const found = rowsOfResult(rows, name);
         return found == nullptr ? &none : found;
     }
 

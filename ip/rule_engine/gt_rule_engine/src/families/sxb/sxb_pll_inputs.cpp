@@ -1,5 +1,6 @@
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
+#include "families/sxb/sxb_solver_inputs.h"
 
 #include <string>
 #include <vector>
@@ -54,29 +55,11 @@ void inputSelection(rule_declaration& rule) {
     rule.alsoDeclares("RX_IN_USE");
     rule.alsoDeclares("RX_PLL_TYPE");
     rule.alsoDeclares("MULTI_RATE");
-    const auto lcpllClocks = rule.writes<std::vector<double>>("INT_LCPLL_PLLCLKOUT_VECTOR");
-    const auto rpllClocks = rule.writes<std::vector<double>>("INT_RPLL_PLLCLKOUT_VECTOR");
-    const auto rpllReferenceClock = rule.writes<double>("INT_RPLL_REFCLKFREQ");
-    const auto lcpllReferenceClock = rule.writes<double>("INT_LCPLL_REFCLKFREQ");
-    const auto rpllPowerDown = rule.writes<bool>("INT_RPLL_POWERDOWN");
-    const auto lcpllPowerDown = rule.writes<bool>("INT_LCPLL_POWERDOWN");
-    const auto lcpllSource = rule.writes<std::string>("INT_LCPLL_REFCLK_SOURCE");
-    const auto rpllSource = rule.writes<std::string>("INT_RPLL_REFCLK_SOURCE");
-    const auto lcpllIdentifier = rule.writes("INT_LCPLL_REFCLK_ID");
-    const auto rpllIdentifier = rule.writes("INT_RPLL_REFCLK_ID");
+    const solver_inputs inputs(rule);
     rule.body([=] {
         const pll_description& lcpll = transmitUses.of("LCPLL") ? transmitLcpll : receiveLcpll;
         const pll_description& rpll = transmitUses.of("RPLL") ? transmitRpll : receiveRpll;
-        lcpllClocks.set(lcpll.clocks());
-        rpllClocks.set(rpll.clocks());
-        rpllReferenceClock.set(rpll.referenceClock());
-        lcpllReferenceClock.set(lcpll.referenceClock());
-        rpllPowerDown.set(rpll.powerDown());
-        lcpllPowerDown.set(lcpll.powerDown());
-        lcpllSource.set(lcpll.source());
-        rpllSource.set(rpll.source());
-        lcpllIdentifier.set(lcpll.identifier());
-        rpllIdentifier.set(rpll.identifier());
+        inputs.set(lcpll, rpll);
     });
 }
 
