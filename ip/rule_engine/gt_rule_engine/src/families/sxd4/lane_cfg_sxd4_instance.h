@@ -27,8 +27,7 @@ class lane_cfg_sxd4_instance : public lane_cfg_instance {
     std::vector<double> VCO_FrequencyCalculation(double symbolRate) const;
     std::vector<double> VCO_FrequencyProgDivCalculation(double frequency, unsigned int pamSelection,
                                                         double symbolRate) const;
-    /// The clocks that all lists hold: ascending, each once; a list alone stays as it is. Nothing
-    /// without a list.
+    /// See `commonCandidates`.
     static std::vector<double> mainIntersectionLogic(const std::vector<std::vector<double>>& lists);
 
     std::string ipName;  ///< `instanceName` again

@@ -18,7 +18,8 @@ constexpr auto referenceDividers = clocking::consecutive<1, 5>();
 /// The modulator of a fraction steps around the integer part and needs room above it.
 constexpr clocking::interval fractionalFeedback =
     clocking::closedInterval(clocking::lowestFractionalFeedback, 157);
-/// Feedback dividers without a fraction: first those that give less noise, then all.
+/// Feedback dividers without a fraction: low ones first, then all. Since the feedback grows with
+/// the reference divider, the first divider in range is the one found either way.
 constexpr std::array<clocking::interval, 2> integerFeedbacks{
     clocking::closedInterval(clocking::lowestFractionalFeedback,
                              clocking::sxdPll::probedFeedbackLimit),

@@ -17,7 +17,7 @@ ruleDeclarer outclockSelect(const laneSide& side, const std::string& field,
     return [side, field, codes](rule_declaration& rule) {
         const auto source = rule.reads<std::string>(side.parameter("OUTCLK_SOURCE"));
         const auto registered = rule.writes(field);
-        const auto port = rule.writes(side.within({}, "OUTCLKSEL"));
+        const auto port = rule.writes(side.within("", "OUTCLKSEL"));
         rule.body([=] {
             const unsigned int code = codeOf(codes, source());
             registered.set(code);

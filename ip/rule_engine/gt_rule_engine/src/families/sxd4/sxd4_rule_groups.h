@@ -19,7 +19,7 @@ void addSxd4OutclockRules(logicRules& rules);
 void addSxd4ResetMaskRules(logicRules& rules);
 
 // Of the receive and the transmit set.
-/// Widths, Gray code and precoder of one direction, and what PAM4 or NRZ decides there.
+/// Widths, Gray code and precoder of one direction.
 void addSxd4LineCodingRules(logicRules& rules, const laneSide& side);
 void addSxd4EqualisationRules(logicRules& rules);
 
