@@ -1,13 +1,9 @@
-#include "support/captured_messages.h"
 #include "support/reference_data.h"
 #include "sxd4_passes.h"
-
-#include <lanecfg/lane_cfg_ip_mgr.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <bitset>
 #include <map>
 #include <memory>
 #include <random>
@@ -162,6 +158,23 @@ TEST(Sxd4Attributes, LeaveTheWordsAsVariables) {
     EXPECT_EQ(instance->getVal<unsigned>("FEC_CFG3.FEC_TX1_BYPASS"), 0U);
     EXPECT_EQ(instance->getVal<unsigned>("FEC_CFG3.FEC_TX0_BYPASS"), 1U);
     EXPECT_EQ(instance->getVal<unsigned>("FEC_CFG3"), 0b0100U);
+}
+
+TEST(Sxd4Attributes, HoldTheLowFourBitsOfAModeThatDoesNotFit) {
+    const auto instance = sxd4Instance({{correction(18, 16)}, {}});
+    // Only transmitter 0 has bits left. Nothing of channel 0 is bypassed; receiver 1 is, and bit 2
+    // is what channel 1 left for transmitter 0.
+    EXPECT_EQ(wordsOf(*instance), words(0x0200, 0b0110));
+}
+
+TEST(Sxd4Attributes, GoByTheWholeModeBesideItsField) {
+    const auto instance = sxd4Instance({{correction(16, 16)}, {correction(16, 16)}});
+    EXPECT_EQ(wordsOf(*instance), words(0, 0));
+    const auto attributes = instance->getAttributes();
+    EXPECT_EQ(attributes.at("FEC_CFG1"), "16");
+    EXPECT_EQ(attributes.at("FEC_CFG2"), "16");
+    EXPECT_EQ(attributes.at("CH0_RXPCSRESETMASK"), "3");
+    EXPECT_EQ(attributes.at("CH1_TXPCSRESETMASK"), "16");
 }
 
 TEST(Sxd4Attributes, AreTheSameEachTime) {

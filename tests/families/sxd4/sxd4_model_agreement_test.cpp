@@ -115,6 +115,17 @@ bool isWholeLater(const Line& line, unsigned taken) {
     return false;
 }
 
+/// Whether one of the model's reference dividers makes the ratio a whole number that it takes.
+bool isWholeAtTheLine(const Line& line) {
+    for (const int divider : {1, 2, 3, 4}) {
+        const double ratio = oscillatorOf(line) * divider * 1000.0 / line.reference;
+        if (ratio >= 16.0 && ratio <= 160.0 && std::fabs(ratio - std::round(ratio)) < 1e-9) {
+            return true;
+        }
+    }
+    return false;
+}
+
 class Sxd4Agreement : public testing::Test {
   protected:
     static std::vector<VariableValues> parametersOf(const std::vector<Line>& grid) {
@@ -222,15 +233,26 @@ TEST_F(Sxd4Agreement, EndsAboveTheCeilingWhereTheHostMovesTheReferenceInstead) {
 }
 
 TEST_F(Sxd4Agreement, EndsBelowTheOscillatorThatTheRulesRunAtTwiceTheLine) {
+    unsigned moved = 0;
     const unsigned solved =
-        countOf([](const Line& line, const HostAnswer& host, const FamilyAnswer& family) {
+        countOf([&moved](const Line& line, const HostAnswer& host, const FamilyAnswer& family) {
             if (line.symbolRate >= lowestOscillator) {
                 return false;
             }
             EXPECT_FALSE(host.isFractional);
-            return family.divider != 0;
+            // Without a fraction the host keeps the clocks alone that are whole at the line.
+            const bool isKept = isWholeAtTheLine(line);
+            EXPECT_EQ(std::fabs(host.reference - line.reference) < 1e-9, isKept);
+            if (family.divider == 0) {
+                return false;
+            }
+            EXPECT_NEAR(family.reference, line.reference, line.reference * resolution);
+            moved += isKept ? 0 : 1;
+            return true;
         });
     EXPECT_GT(solved, 40U);
+    EXPECT_GT(moved, 20U);
+    EXPECT_LT(moved, solved);
 }
 
 TEST_F(Sxd4Agreement, EndsWhereTheRulesFindNoDividers) {

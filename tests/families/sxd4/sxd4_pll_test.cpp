@@ -1,11 +1,11 @@
 #include "support/captured_messages.h"
 #include "sxd4_passes.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
+#include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -95,9 +95,15 @@ INSTANTIATE_TEST_SUITE_P(
                   with(with(with(nothing, transmitDivider(703.125)), receiveDivider(281.25)),
                        {{"TX_PAM_SEL", 0U}, {"TX_LINE_RATE", 56.25}}),
                   11.25},
+        ClockCase{"AReceiveDividerGoesByItsOwnPamSelection",
+                  with(with(with(nothing, transmitDivider(281.25)), receiveDivider(703.125)),
+                       {{"RX_PAM_SEL", 0U}, {"RX_LINE_RATE", 56.25}}),
+                  11.25},
         // 22.5 GHz at the divider is more than twice 11 Gbaud.
         ClockCase{"ADividerGoesByItsOwnSymbolRate",
                   with(with(nothing, transmitDivider(351.5625)), {{"TX_LINE_RATE", 11.0}}), 0.0},
+        ClockCase{"AReceiveDividerGoesByItsOwnSymbolRate",
+                  with(with(nothing, receiveDivider(351.5625)), {{"RX_LINE_RATE", 11.0}}), 0.0},
         ClockCase{"AllFour",
                   with(with(bothLines, transmitDivider(351.5625)), receiveDivider(351.5625)),
                   14.0625}),
@@ -116,17 +122,24 @@ TEST(Sxd4SymbolRate, IsHalfTheLineRateForPam4Alone) {
     EXPECT_EQ(passes.valueOf<double>("INT_RX_BAUD_RATE", 1), 14.025);
 }
 
-/// The clock that an oscillator range begins with, as text of the limit.
+/// The rate of a PLL clock (GHz) beside the text of the lowest oscillator. The oscillator runs at
+/// twice the clock, so the clock may lie below.
 std::string rateOf(double clock, const std::string& lowest) {
-    const Sxd4Passes passes(
-        {with(transmitterAlone, {{"TX_LINE_RATE", 2.0 * clock}})},
-        sxd4Settings({{"FLCPLLRANGE_MIN", {lowest}}, {"FSXDLCRANGE_MIN", {"1"}}}));
+    const Sxd4Passes passes({with(transmitterAlone, {{"TX_LINE_RATE", 2.0 * clock}})},
+                            sxd4Settings({{"FLCPLLRANGE_MIN", {lowest}},
+                                          {"FLCPLLRANGE_MAX", {"30"}},
+                                          {"FSXDLCRANGE_MIN", {"30"}}}));
+    EXPECT_EQ(passes.valueOf<double>("INT_LCPLL_PLLCLKOUT"), clock);
     return passes.valueOf<std::string>("INT_LCPLLCLKOUTRATE");
 }
 
 TEST(Sxd4ClockRate, IsFullFromTheLowestOscillatorOn) {
     EXPECT_EQ(rateOf(10.0, "10"), "FULL");
     EXPECT_EQ(rateOf(10.0, "10.0000000005"), "FULL");
+}
+
+TEST(Sxd4ClockRate, IsHalfJustBeyondTheSlackOfTheLowestOscillator) {
+    EXPECT_EQ(rateOf(10.0, "10.000000002"), "HALF");
 }
 
 TEST(Sxd4ClockRate, IsHalfBelowTheLowestOscillator) {
@@ -209,8 +222,8 @@ TEST_P(Sxd4FeedbackDivider, IsTheFirstThatPassesAndStandsInItsFields) {
 
 constexpr unsigned half = 8388608;  // of 2^24
 
-// The ratio of clock and reference, times the reference divider, has an integer part of 16 to 160;
-// beside a fraction of 16 to 157; and without one of up to 80 as long as there is a choice.
+// The ratio of clock and reference, times the reference divider, has an integer part of 16 to 160,
+// and beside a fraction of 16 to 157.
 INSTANTIATE_TEST_SUITE_P(
     Clocks, Sxd4FeedbackDivider,
     testing::Values(
@@ -236,10 +249,14 @@ INSTANTIATE_TEST_SUITE_P(
         DividerCase{"BeyondTheFifth", 2.5, 800.0, 0, 0, 0},
         // Reference clocks are above 59.999999 and below 820.000001 MHz behind their divider.
         DividerCase{"SixtyMegahertz", 6.0, 60.0, 1, 100, 0},
+        // 5 of 6 parts of a million, a little more, times 2^24 is 13.98.
+        DividerCase{"JustBelowSixtyMegahertz", 6.0, 59.9999995, 1, 100, 13},
         DividerCase{"SixtyMegahertzBehindADivider", 1.5, 120.0, 2, 25, 0},
         DividerCase{"LowestReferenceIsOut", 6.0, 59.999999, 0, 0, 0},
         DividerCase{"BelowSixtyBehindADivider", 1.5, 119.0, 0, 0, 0},
         DividerCase{"EightHundredAndTwentyMegahertz", 20.5, 820.0, 1, 25, 0},
+        // 25 less 1.52 parts of 10^8, which is a quarter of 2^-24.
+        DividerCase{"JustAboveEightHundredAndTwentyMegahertz", 20.5, 820.0000005, 1, 24, 16777215},
         DividerCase{"AboveEightHundredAndTwentyIsDivided", 15.375, 1025.0, 2, 30, 0},
         DividerCase{"NoReference", 10.0, 0.0, 0, 0, 0},
         DividerCase{"NegativeReference", 10.0, -500.0, 0, 0, 0},

@@ -128,11 +128,14 @@ const std::vector<RequestWords>& requestWords() {
         // 13.28125 GHz over 161.1328125 MHz is 82 and 14/33; 14 times 2^24 over 33 is 7117606.8.
         {"sxd4_fractional", pllWords(82, 7117606)},
         {"sxd4_one_channel", merged({pllWords(85, 0), {{"FEC_CFG0", 0}, {"FEC_CFG3", 0xf}}})},
-        // Receiver 1 is bypassed, bit 1, and bit 2 is what channel 1 left for transmitter 0.
+        // Receiver 1 is bypassed, bit 1, and bit 2 is what channel 1 left for transmitter 0. Frame
+        // lengths are those of channel 1.
         {"sxd4_two_modes", merged({pllWords(90, 0),
                                    codingWords("CH0", bypassedPrecoder, code160),
                                    codingWords("CH1", bypassedPrecoder, code80),
                                    {{"FEC_CFG0", 0x0303},
+                                    {"FEC_CFG1", 0},
+                                    {"FEC_CFG2", 0},
                                     {"FEC_CFG3", 0b0110},
                                     {"CH0_RX_APT_CFG11A", 12},
                                     {"CH1_RX_APT_CFG11A", 0},

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -61,6 +63,55 @@ TEST(Sxd4VcoCandidates, BelowTheHalvingLimitAreHalfOfTheOscillator) {
     // Oscillators of 20 and 40 GHz.
     EXPECT_THAT(sxd4_vco_candidates(settings).ofSymbolRate(20.0), ElementsAre(10.0));
 }
+
+TEST(Sxd4VcoCandidates, KeepTheHalvingLimitApartFromTheRange) {
+    const DeviceSettings settings =
+        sxd4Settings({{"FLCPLLRANGE_MIN", {"5"}}, {"FSXDLCRANGE_MIN", {"12"}}});
+    const sxd4_vco_candidates candidates(settings);
+    // Below 12 Gbaud the oscillator is the whole of 11, since twice is too high; above, half of 13
+    // and the whole are in range.
+    EXPECT_THAT(candidates.ofSymbolRate(11.0), ElementsAre(5.5));
+    EXPECT_THAT(candidates.ofSymbolRate(13.0), ElementsAre(6.5, 13.0));
+    // The whole of 5 and twice; of 4.5 only twice.
+    EXPECT_THAT(candidates.ofSymbolRate(5.0), ElementsAre(2.5, 5.0));
+    EXPECT_THAT(candidates.ofSymbolRate(4.5), ElementsAre(4.5));
+}
+
+struct BadNumberCase {
+    std::string name;
+    double number;
+};
+
+void PrintTo(const BadNumberCase& row, std::ostream* output) {
+    *output << row.name;
+}
+
+class Sxd4BadNumber : public testing::TestWithParam<BadNumberCase> {
+  protected:
+    const DeviceSettings settings_ = sxd4Settings();
+    const sxd4_vco_candidates candidates_{settings_};
+};
+
+TEST_P(Sxd4BadNumber, AsSymbolRateHasNoCandidates) {
+    EXPECT_THAT(candidates_.ofSymbolRate(GetParam().number), IsEmpty());
+}
+
+TEST_P(Sxd4BadNumber, AsOutputClockHasNoCandidates) {
+    EXPECT_THAT(candidates_.ofOutputClock(GetParam().number, 0, 28.125), IsEmpty());
+    EXPECT_THAT(candidates_.ofOutputClock(GetParam().number, 1, 28.125), IsEmpty());
+}
+
+TEST_P(Sxd4BadNumber, AsSymbolRateBesideAnOutputClockHasNoCandidates) {
+    EXPECT_THAT(candidates_.ofOutputClock(703.125, 0, GetParam().number), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, Sxd4BadNumber,
+    testing::Values(BadNumberCase{"NoNumber", std::numeric_limits<double>::quiet_NaN()},
+                    BadNumberCase{"Infinite", std::numeric_limits<double>::infinity()},
+                    BadNumberCase{"NegativelyInfinite", -std::numeric_limits<double>::infinity()},
+                    BadNumberCase{"Negative", -28.125}, BadNumberCase{"Zero", 0.0}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(Sxd4VcoCandidates, OfAnOutputClockComeByDividerAndDoubling) {
     const DeviceSettings settings = sxd4Settings();
