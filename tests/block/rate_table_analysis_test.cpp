@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <stdexcept>
 
@@ -276,6 +277,12 @@ TEST(CriticalAttributes, RefuseARegisterThatOneRateLeavesBlank) {
     EXPECT_EQ(textOfFault<std::invalid_argument>([&] { criticalOf(engine); }), "stoll");
 }
 
+TEST(CriticalAttributes, RefuseAForcedOneThatIsNoNumberAlsoWithOneRate) {
+    RateTableEngine engine;
+    engine.reg("PIPE_CTRL_CFG7", "channel").pass(0, 0, 0, {{"PIPE_CTRL_CFG7", std::string("x")}});
+    EXPECT_EQ(textOfFault<std::invalid_argument>([&] { criticalOf(engine); }), "stoll");
+}
+
 TEST(CriticalAttributes, RefuseAnOffsetThatIsNotHexadecimal) {
     RateTableEngine engine;
     engine.reg("A", "channel", "zero").duplexPasses(0, "A", {1U, 2U});
@@ -438,6 +445,62 @@ INSTANTIATE_TEST_SUITE_P(
                       BlockAddress{"rcalbg", 3, 0xC1B}, BlockAddress{"rcalbg_1", 3, 0xF1B},
                       BlockAddress{"rcalbg_3", 0, 0xC1B}, BlockAddress{"rcalbg_4", 0, 0xF1B},
                       BlockAddress{"rcalbg_5", 1, 0xC1B}));
+
+TEST(StaticAttributes, AreFoundWhereEachSnapshotHoldsThem) {
+    RateTableEngine engine;
+    engine.reg("B", "channel", "1").reg("D", "channel", "2").reg("F", "channel", "3");
+    // B stands at another place in each snapshot, D has another value in one, and none has F.
+    engine.pass(0, 0, 0, {{"B", 1U}, {"D", 1U}, {"E", 1U}});
+    engine.pass(0, 1, 1, {{"A", 1U}, {"B", 1U}, {"D", 1U}});
+    engine.pass(0, 2, 2, {{"A", 1U}, {"AA", 1U}, {"B", 1U}, {"C", 1U}, {"D", 2U}, {"E", 1U}});
+    EXPECT_THAT(staticOf(engine), ElementsAre(0xC01, 0xC03));
+}
+
+/// A snapshot of variables A to P, each there or not, some of them with the value 1 and few with 2.
+lanecfg_test::registerValues fewOfSixteen(std::mt19937& random) {
+    lanecfg_test::registerValues values;
+    for (char letter = 'A'; letter <= 'P'; ++letter) {
+        if (random() % 8 != 0) {
+            values[std::string(1, letter)] = random() % 8 == 0 ? 2U : 1U;
+        }
+    }
+    return values;
+}
+
+bool areAllTheSame(const std::vector<lanecfg_test::registerValues>& passes,
+                   const std::string& name) {
+    const auto valueIn = [&name](const lanecfg_test::registerValues& values) {
+        const auto found = values.find(name);
+        return found == values.end() ? ruleValue() : found->second;
+    };
+    return std::all_of(passes.begin(), passes.end(), [&](const auto& values) {
+        return valueIn(values) == valueIn(passes.front());
+    });
+}
+
+TEST(StaticAttributes, AreThoseOfTheSameValueWhicheverVariablesASnapshotHolds) {
+    std::mt19937 random(74);
+    for (int round = 0; round < 300; ++round) {
+        const unsigned int rates = 1 + static_cast<unsigned int>(random() % 4);
+        RateTableEngine engine;
+        std::vector<lanecfg_test::registerValues> passes;
+        for (unsigned int rate = 0; rate < rates; ++rate) {
+            passes.push_back(fewOfSixteen(random));
+            engine.pass(0, rate, rate, passes.back());
+        }
+        // Every other variable is a register; so is one that no snapshot has.
+        std::vector<long> expected;
+        long offset = 0;
+        for (const char* const name : {"B", "D", "F", "H", "J", "L", "N", "P", "Z"}) {
+            engine.reg(name, "channel", std::to_string(offset));
+            if (areAllTheSame(passes, name)) {
+                expected.push_back(0xC00 + offset);
+            }
+            ++offset;
+        }
+        EXPECT_EQ(staticOf(engine), expected) << "round " << round;
+    }
+}
 
 TEST(StaticAttributes, GiveNoNumberForAnUnknownTypeAndDoNotReadItsOffset) {
     RateTableEngine engine;

@@ -91,8 +91,10 @@ std::vector<RateTableAttribute> gt_rule_engine::criticalAttributes(
         if (!isCritical || isPort(info.dstSubBlock)) {
             continue;
         }
-        critical.push_back({differingBits(series), name, info.dstSubBlock,
-                            criticalAddress(name, info, channel), channel});
+        const auto mask =
+            series.empty() ? differingBits(seriesOf(name, snapshots)) : differingBits(series);
+        critical.push_back(
+            {mask, name, info.dstSubBlock, criticalAddress(name, info, channel), channel});
     }
     return critical;
 }

@@ -1,7 +1,10 @@
 #include "block/register_series.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <string>
+#include <utility>
 
 namespace sable_lanecfg {
 
@@ -26,6 +29,67 @@ bool sameText(const ruleValue& first, const ruleValue& second) {
     return rule_engine_base::textOf(first) == rule_engine_base::textOf(second);
 }
 
+/// Whether all values are the same register word.
+bool isOneWord(const registerSeries& series) {
+    const auto* const first = boost::get<unsigned int>(series.front());
+    return first != nullptr &&
+           std::all_of(series.begin(), series.end(), [first](const ruleValue* value) {
+               const auto* const word = boost::get<unsigned int>(value);
+               return word != nullptr && *word == *first;
+           });
+}
+
+/// Value in a snapshot, blank where it is absent.
+const ruleValue* lookedUp(const variableMap& snapshot, const std::string& name) {
+    const auto found = snapshot.find(name);
+    return found == snapshot.end() ? &blankValue() : &found->second.value;
+}
+
+/// Walks snapshots in step, in key order. As they come from the same variables, what the first has
+/// at a place the others have there too, so only the first is searched; where it proves otherwise,
+/// a name is looked up. Steps in several maps at once don't wait for each other's memory.
+class snapshot_walk {
+  public:
+    /// There must be a snapshot.
+    explicit snapshot_walk(const snapshotList& snapshots) : snapshots_(snapshots) {
+        places_.reserve(snapshots.size());
+        for (const variableMap* const snapshot : snapshots) {
+            places_.push_back(snapshot->begin());
+            left_ = std::min(left_, snapshot->size());
+        }
+    }
+
+    /// Values of a name, which must be behind the names before it.
+    registerSeries valuesOf(const std::string& name) {
+        const bool isReached = reach(name);
+        registerSeries series;
+        series.reserve(snapshots_.size());
+        for (std::size_t i = 0; i < snapshots_.size(); ++i) {
+            const bool isHere = isReached && places_[i]->first == name;
+            series.push_back(isHere ? &places_[i]->second.value : lookedUp(*snapshots_[i], name));
+        }
+        return series;
+    }
+
+  private:
+    /// Whether the first snapshot has the name at the place where all stand then.
+    bool reach(const std::string& name) {
+        int order = -1;
+        while (left_ != 0 && (order = places_.front()->first.compare(name)) < 0) {
+            for (auto& place : places_) {
+                ++place;
+            }
+            --left_;
+        }
+        return left_ != 0 && order == 0;
+    }
+
+    const snapshotList& snapshots_;
+    std::vector<variableMap::const_iterator> places_;
+    /// Variables from here on in the shortest snapshot.
+    std::size_t left_ = std::numeric_limits<std::size_t>::max();
+};
+
 }  // namespace
 
 snapshotList snapshotsOf(const std::vector<variableMap>& passes) {
@@ -49,24 +113,30 @@ snapshotList snapshotsWith(const std::vector<variableMap>& passes, const std::st
     return list;
 }
 
-std::vector<registerSeries> seriesOfRegisters(const std::map<std::string, attributeInfo>& registers,
-                                              const snapshotList& snapshots) {
-    std::vector<registerSeries> all(registers.size());
-    for (registerSeries& series : all) {
-        series.reserve(snapshots.size());
-    }
+registerSeries seriesOf(const std::string& name, const snapshotList& snapshots) {
+    registerSeries series;
+    series.reserve(snapshots.size());
     for (const variableMap* const snapshot : snapshots) {
-        // Both maps are in key order, so one walk of the snapshot meets every register.
-        auto held = snapshot->begin();
-        std::size_t row = 0;
-        for (const auto& [name, info] : registers) {
-            int order = -1;
-            while (held != snapshot->end() && (order = held->first.compare(name)) < 0) {
-                ++held;
-            }
-            const bool found = held != snapshot->end() && order == 0;
-            all[row++].push_back(found ? &held->second.value : &blankValue());
+        series.push_back(lookedUp(*snapshot, name));
+    }
+    return series;
+}
+
+std::vector<registerSeries> seriesThatMayDiffer(
+    const std::map<std::string, attributeInfo>& registers, const snapshotList& snapshots) {
+    std::vector<registerSeries> all(registers.size());
+    if (snapshots.size() < 2) {
+        return all;
+    }
+    snapshot_walk walk(snapshots);
+    auto row = all.begin();
+    // Both are in key order, so one walk meets every register.
+    for (const auto& [name, info] : registers) {
+        registerSeries series = walk.valuesOf(name);
+        if (!isOneWord(series)) {
+            *row = std::move(series);
         }
+        ++row;
     }
     return all;
 }
@@ -78,7 +148,7 @@ const std::vector<registerSeries>& seriesCache::of(
             return series;
         }
     }
-    return known_.emplace_back(snapshots, seriesOfRegisters(registers, snapshots)).second;
+    return known_.emplace_back(snapshots, seriesThatMayDiffer(registers, snapshots)).second;
 }
 
 bool differsInSeries(const registerSeries& series) {

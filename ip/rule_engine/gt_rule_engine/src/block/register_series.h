@@ -24,12 +24,16 @@ snapshotList snapshotsOf(const std::vector<variableMap>& passes);
 snapshotList snapshotsWith(const std::vector<variableMap>& passes, const std::string& label,
                            const std::string& text);
 
-/// Series of every register, in the key order of `registers`. Each snapshot is walked once.
-std::vector<registerSeries> seriesOfRegisters(const std::map<std::string, attributeInfo>& registers,
-                                              const snapshotList& snapshots);
+registerSeries seriesOf(const std::string& name, const snapshotList& snapshots);
 
-/// Series by list of snapshots, so that all who look at the same snapshots walk them once. The
-/// values of the snapshots may change, their variables may not come and go.
+/// A series for every register, in the key order of `registers`; empty where the register has one
+/// and the same word in all snapshots, or where there is one snapshot only, which isn't looked at
+/// then. Each snapshot is walked once.
+std::vector<registerSeries> seriesThatMayDiffer(
+    const std::map<std::string, attributeInfo>& registers, const snapshotList& snapshots);
+
+/// `seriesThatMayDiffer` by list of snapshots, so that all who look at the same snapshots walk them
+/// once. The values of the snapshots may change, their variables may not come and go.
 class seriesCache {
   public:
     const std::vector<registerSeries>& of(const std::map<std::string, attributeInfo>& registers,
@@ -40,7 +44,8 @@ class seriesCache {
     std::list<std::pair<snapshotList, std::vector<registerSeries>>> known_;
 };
 
-/// True when a text differs from the one before it. The text "NULL" counts as no text yet.
+/// True when a text differs from the one before it. The text "NULL" counts as no text yet. In an
+/// empty series nothing differs.
 bool differsInSeries(const registerSeries& series);
 
 /// Text of a value, without the detour through a stream for register words.
