@@ -11,10 +11,8 @@ namespace sable_lanecfg {
 
 namespace {
 
-using boost::property_tree::ptree;
-
 /// An item is either one text, taken unchanged, or a list of trimmed texts.
-std::vector<std::string> itemValues(const ptree& item) {
+std::vector<std::string> itemValues(const json_value& item) {
     if (!item.data().empty()) {
         return {item.data()};
     }
@@ -29,7 +27,7 @@ std::vector<std::string> itemValues(const ptree& item) {
 
 void gt_db_load::fillDeviceData(const std::string& file, const std::string& speedGrade,
                                 const std::string& siliconRev) {
-    const auto tree = readJsonFile<ptree>(file);
+    const auto tree = readJsonFile<json_value>(file);
     try {
         for (const auto& [grade, items] : tree) {
             if (grade != speedGrade) {

@@ -8,7 +8,7 @@
 namespace sable_lanecfg {
 
 void gt_db_load::getUserParameterTypes(const std::string& file) {
-    const auto tree = readJsonFile<boost::property_tree::ptree>(file);
+    const auto tree = readJsonFile<json_value>(file);
     try {
         for (const auto& [name, record] : tree) {
             paramTypeInfo& info = m_paramTypes[name];
