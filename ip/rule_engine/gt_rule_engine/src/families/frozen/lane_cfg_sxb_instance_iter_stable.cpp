@@ -3,9 +3,6 @@
 #include "families/frozen/sxb_stable_packing_values.h"
 #include "families/frozen/sxb_stable_quad_words.h"
 #include "families/frozen/sxb_stable_rules.h"
-#include "families/sxb/sxb_channel_positions.h"
-#include "families/sxb/sxb_packing_values.h"
-#include "families/sxb/sxb_service_fault.h"
 
 #include <utility>
 
@@ -17,19 +14,9 @@ lane_cfg_sxb_instance_iter_stable::lane_cfg_sxb_instance_iter_stable(
     const std::map<std::string, paramTypeInfo>& types, const userParamStore& params,
     std::map<std::string, attributeInfo> registers,
     const std::map<std::string, std::vector<std::string>>& deviceData)
-    : lane_cfg_instance_iter_stable(name, "SXB", usage, quads, types, params, std::move(registers),
-                                    deviceData),
-      ipName(name),
-      quadsUsage(quads) {
-    takePacking(*this);
-    passStartValues = sxbStablePassStartValues();
-    // Rules are numbered as they are registered, so the order is part of the snapshots.
-    runRXRules();
-    runTXRules();
-    runPLLRules();
-    consumePackingIntersect();
-    findAndSetCHPosition();
-    gt_rule_engine::runBlockRules();
+    : packed_quad(name, "SXB", usage, quads, types, params, std::move(registers), deviceData) {
+    build({registerSxbStableRxRules, registerSxbStableTxRules, registerSxbStablePllRules},
+          sxbStablePassStartValues(), [this] { consumePackingIntersect(); });
 }
 
 std::map<std::string, std::string> lane_cfg_sxb_instance_iter_stable::getAttributes() {
@@ -40,28 +27,8 @@ int lane_cfg_sxb_instance_iter_stable::numberOfRatesForThisChannel(int direction
     return numberOfRates(channelUsage, direction, lane);
 }
 
-void lane_cfg_sxb_instance_iter_stable::findGrouping() {
-    rateGroups = rateGroupsOf(channelUsage, family);
-}
-
 void lane_cfg_sxb_instance_iter_stable::consumePackingIntersect() {
     catchServiceFaults(__LINE__, [this] { enterStablePackingValues(*this); });
-}
-
-void lane_cfg_sxb_instance_iter_stable::findAndSetCHPosition() {
-    catchServiceFaults(__LINE__, [this] { enterChannelPositions(*this, quadsUsage); });
-}
-
-void lane_cfg_sxb_instance_iter_stable::runRXRules() {
-    registerSxbStableRxRules(*this);
-}
-
-void lane_cfg_sxb_instance_iter_stable::runTXRules() {
-    registerSxbStableTxRules(*this);
-}
-
-void lane_cfg_sxb_instance_iter_stable::runPLLRules() {
-    registerSxbStablePllRules(*this);
 }
 
 }  // namespace sable_lanecfg

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "families/sxb/sxb_rate_groups.h"
+#include "families/sxb/packed_quad.h"
 
 #include <lanecfg/lane_cfg_instance.h>
 
@@ -10,9 +10,9 @@
 
 namespace sable_lanecfg {
 
-/// Instance of a quad of the SXB family with the frozen rules: packs the request into the quad,
-/// gives the outcome of the receivers' PLLs to the rules, and runs them.
-class lane_cfg_sxb_instance_iter_stable : public lane_cfg_instance_iter_stable {
+/// Instance of a quad of the SXB family with the frozen rules, to which it gives the outcome of the
+/// receivers' PLLs. Nothing here reads the groups of the rates.
+class lane_cfg_sxb_instance_iter_stable : public packed_quad<lane_cfg_instance_iter_stable> {
   public:
     lane_cfg_sxb_instance_iter_stable(
         const std::string& name, const std::vector<channelUsageInfo>& usage,
@@ -28,26 +28,9 @@ class lane_cfg_sxb_instance_iter_stable : public lane_cfg_instance_iter_stable {
     /// Rates of a lane in a direction (0 transmit, else receive), 1 for a lane without channel.
     int numberOfRatesForThisChannel(int direction, int lane) const;
 
-    /// Fills the groups of the rates, which nothing else here reads.
-    void findGrouping();
-
-    /// Steps of the construction, which enter user parameters; a fault of theirs is told to the
-    /// user and leaves the rest as it is.
+    /// Step of the construction, which enters user parameters, see `enterStablePackingValues`; a
+    /// fault of it is told to the user and leaves the rest as it is.
     void consumePackingIntersect();
-    void findAndSetCHPosition();
-
-    /// By direction, lane and rate slot, as `findGrouping` filled it.
-    const rateGroupTable& groupsOfRates() const { return rateGroups; }
-
-    std::string ipName;  ///< `instanceName` again
-    std::map<std::string, quadsUsageInfo*> quadsUsage;
-
-  private:
-    void runRXRules();
-    void runTXRules();
-    void runPLLRules();
-
-    rateGroupTable rateGroups;
 };
 
 }  // namespace sable_lanecfg

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "families/sxb/sxb_rate_groups.h"
+#include "families/sxb/packed_quad.h"
 
 #include <lanecfg/lane_cfg_instance.h>
 
@@ -10,36 +10,9 @@
 
 namespace sable_lanecfg {
 
-/// What registers the rules of a family, set by set.
-struct quadRuleSets {
-    void (*receive)(gt_rule_engine&);
-    void (*transmit)(gt_rule_engine&);
-    void (*pll)(gt_rule_engine&);
-};
-
-/// What instances of the SXB family and of its relatives have in common: the quad is packed with
-/// the request, the outcome goes to the rules as user parameters, and the rules run.
-class packed_quad_instance : public lane_cfg_instance {
+/// What instances of the SXB family and of its relatives with current rules have in common.
+class packed_quad_instance : public packed_quad<lane_cfg_instance> {
   public:
-    /// Register words by prefixed name, see `quadAttributes`. Makes the rate table.
-    std::map<std::string, std::string> getAttributes() override;
-    /// Output clocks (MHz) by "CH0_TXOUTCLK" and so on, the fastest of each lane's rates.
-    std::map<std::string, std::string> getOutClkFrequencies() override;
-
-    /// Steps of the construction. `findGrouping` fills the groups of the rates, and
-    /// `consumePackingIntersect`, which begins with it, and `findAndSetCHPosition` enter user
-    /// parameters; a fault of theirs is told to the user and leaves the rest as it is.
-    void findGrouping();
-    void consumePackingIntersect();
-    void findAndSetCHPosition();
-
-    /// By direction, lane and rate slot, as `findGrouping` filled it.
-    const rateGroupTable& groupsOfRates() const { return rateGroups; }
-
-    std::string ipName;  ///< `instanceName` again
-    std::map<std::string, quadsUsageInfo*> quadsUsage;
-
-  protected:
     packed_quad_instance(const std::string& name, const std::string& familyWord,
                          const quadRuleSets& rules, const std::vector<channelUsageInfo>& usage,
                          const std::map<std::string, quadsUsageInfo*>& quads,
@@ -48,8 +21,14 @@ class packed_quad_instance : public lane_cfg_instance {
                          std::map<std::string, attributeInfo> registers,
                          const std::map<std::string, std::vector<std::string>>& deviceData);
 
-  private:
-    rateGroupTable rateGroups;
+    /// Register words by prefixed name, see `quadAttributes`. Makes the rate table.
+    std::map<std::string, std::string> getAttributes() override;
+    /// Output clocks (MHz) by "CH0_TXOUTCLK" and so on, the fastest of each lane's rates.
+    std::map<std::string, std::string> getOutClkFrequencies() override;
+
+    /// Step of the construction, which begins with `findGrouping` and enters user parameters; a
+    /// fault of it is told to the user and leaves the rest as it is.
+    void consumePackingIntersect();
 };
 
 }  // namespace sable_lanecfg
