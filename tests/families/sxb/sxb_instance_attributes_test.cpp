@@ -1,5 +1,4 @@
 #include "families/sxb/sxb_quad_attributes.h"
-#include "support/reference_data.h"
 #include "sxb_instance_engine.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +11,6 @@
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::PackingRequest;
 using testing::Contains;
 using testing::IsEmpty;
 using testing::Key;
@@ -29,57 +27,19 @@ std::string channelOf(std::size_t lane) {
     return "CH" + std::to_string(lane);
 }
 
-/// A lane that uses no PLL, in its pass of rate 0. The numbers of its fields tell the lane:
-/// dividers 10 and more, words 100 and more, selectors 1 and more.
-variableMap passOfLane(unsigned int lane) {
-    variableMap pass;
-    const auto set = [&pass](const std::string& name, const ruleValue& value) {
-        pass[name].value = value;
-    };
-    set("TX", 0U);
-    set("RX", 0U);
-    for (const std::string side : {"TX", "RX"}) {
-        set(side + "_IN_USE", true);
-        set(side + "_PLL_TYPE", "none"s);
-        set(side + "PROGDIV_FREQ_ENABLE", false);
-        set(side + "PROGDIV_FREQ_SOURCE", "none"s);
-    }
-    for (const std::string word : {"A_CFG2", "A_CFG3", "A_CFG4", "A_CFG5"}) {
-        set(word, 100 + lane);
-    }
-    for (const std::string dual : {"HS0", "HS1"}) {
-        set("A_CFG1.A_" + dual + "_LCPLLFBDIV", 10 + lane);
-        set("A_CFG1.A_" + dual + "_RPLLFBDIV", 20 + lane);
-    }
-    for (const std::string pll : {"LCPLL", "RPLL"}) {
-        const std::string prefix = pll + "_REFCLK_IPS." + pll;
-        set(prefix + "_IPS_PIN_EN", lane % 2);
-        set(prefix + "_IPS_REFCLK_SEL", 1 + lane);
-        for (unsigned int map = 0; map < 8; ++map) {
-            set(prefix + "_REFCLK_MAP" + std::to_string(map), (map + lane) % 8);
-        }
-    }
-    return pass;
-}
-
-class SxbQuadAttributes : public lanecfg_test::ServiceEngine {
+class SxbQuadAttributes : public lanecfg_test::QuadWordsEngine {
   protected:
+    /// Lanes that use no PLL.
     SxbQuadAttributes() {
-        make(PackingRequest());
-        const gt_db_load loaded = lanecfg_test::referenceDatabase("SXB");
-        for (const std::string& name : registersOfQuad) {
-            engine->attributes[name] = loaded.m_fields.at(name);
-            for (const auto& [field, place] : loaded.m_fields.at(name).fields) {
-                engine->setVal(field, 0U);
+        makeQuad("SXB", registersOfQuad, {"LCPLL_REFCLK_IPS.LCPLL", "RPLL_REFCLK_IPS.RPLL"});
+        for (std::size_t lane = 0; lane < 4; ++lane) {
+            for (const std::string side : {"TX", "RX"}) {
+                set(lane, side + "_IN_USE", true);
+                set(lane, side + "_PLL_TYPE", "none"s);
+                set(lane, side + "PROGDIV_FREQ_ENABLE", false);
+                set(lane, side + "PROGDIV_FREQ_SOURCE", "none"s);
             }
         }
-        for (unsigned int lane = 0; lane < 4; ++lane) {
-            engine->blockVarMap.push_back({passOfLane(lane)});
-        }
-    }
-
-    void set(std::size_t lane, const std::string& name, const ruleValue& value) {
-        engine->blockVarMap[lane][0][name].value = value;
     }
 
     /// Lets a lane send on a PLL.
@@ -265,7 +225,8 @@ TEST_F(SxbQuadAttributes, CountAMissingFieldAsZero) {
 }
 
 TEST_F(SxbQuadAttributes, CountOnlyThePassOfRateZero) {
-    variableMap other = passOfLane(7);
+    variableMap other = engine->blockVarMap[0][0];
+    other["A_CFG2"].value = 107U;
     other["TX"].value = 1U;
     engine->blockVarMap[0].push_back(other);
     other["TX"].value = 0U;

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -53,6 +54,20 @@ class ServiceEngine : public testing::Test {
     }
 
     std::unique_ptr<sable_lanecfg::gt_rule_engine> engine;
+};
+
+/// An engine of four lanes, each in its pass of rate 0, whose registers of the quad hold 0. The
+/// numbers of a pass tell its lane: dividers 10 and more, words of PLLs 100 and more, and in the
+/// reference clock words selectors 1 and more.
+class QuadWordsEngine : public ServiceEngine {
+  protected:
+    /// `database` names a folder of the reference data, which has the registers. The fields of the
+    /// reference clock words begin with the prefixes.
+    void makeQuad(const std::string& database, const std::vector<std::string>& registers,
+                  const std::vector<std::string>& referencePrefixes);
+
+    /// Gives a variable of a lane's pass a value.
+    void set(std::size_t lane, const std::string& name, const sable_lanecfg::ruleValue& value);
 };
 
 }  // namespace lanecfg_test

@@ -1,6 +1,5 @@
 #include "families/frozen/sxb_stable_quad_words.h"
 #include "families/sxb/sxb_instance_engine.h"
-#include "support/reference_data.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,7 +11,6 @@
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::PackingRequest;
 using testing::Contains;
 using testing::Key;
 using testing::Not;
@@ -34,52 +32,17 @@ const std::vector<Cell> cells{{"MEMCELLX0C12", "HS0_LCPLL"},
                               {"MEMCELLX0F12", "HS1_LCPLL"},
                               {"MEMCELLX0F13", "HS1_RPLL"}};
 
-/// A lane in its pass of rate 0. The numbers of its fields tell the lane: dividers 10 and more,
-/// words 100 and more, selectors 1 and more.
-variableMap passOfLane(unsigned int lane) {
-    variableMap pass;
-    const auto set = [&pass](const std::string& name, const ruleValue& value) {
-        pass[name].value = value;
-    };
-    set("TX", 0U);
-    set("RX", 0U);
-    for (const std::string word : {"A_CFG2", "A_CFG3", "A_CFG4", "A_CFG5"}) {
-        set(word, 100 + lane);
-    }
-    for (const std::string dual : {"HS0", "HS1"}) {
-        set("A_CFG1.A_" + dual + "_LCPLLFBDIV", 10 + lane);
-        set("A_CFG1.A_" + dual + "_RPLLFBDIV", 20 + lane);
-    }
+std::vector<std::string> prefixesOfCells() {
+    std::vector<std::string> prefixes;
     for (const Cell& cell : cells) {
-        const std::string prefix = cell.word + "." + cell.pll;
-        set(prefix + "_IPS_PIN_EN", lane % 2);
-        set(prefix + "_IPS_REFCLK_SEL", 1 + lane);
-        for (unsigned int map = 0; map < 8; ++map) {
-            set(prefix + "_REFCLK_MAP" + std::to_string(map), (map + lane) % 8);
-        }
+        prefixes.push_back(cell.word + "." + cell.pll);
     }
-    return pass;
+    return prefixes;
 }
 
-class SxbStableQuadAttributes : public lanecfg_test::ServiceEngine {
+class SxbStableQuadAttributes : public lanecfg_test::QuadWordsEngine {
   protected:
-    SxbStableQuadAttributes() {
-        make(PackingRequest());
-        const gt_db_load loaded = lanecfg_test::referenceDatabase("SXB-stable");
-        for (const std::string& name : registersOfQuad) {
-            engine->attributes[name] = loaded.m_fields.at(name);
-            for (const auto& [field, place] : loaded.m_fields.at(name).fields) {
-                engine->setVal(field, 0U);
-            }
-        }
-        for (unsigned int lane = 0; lane < 4; ++lane) {
-            engine->blockVarMap.push_back({passOfLane(lane)});
-        }
-    }
-
-    void set(std::size_t lane, const std::string& name, const ruleValue& value) {
-        engine->blockVarMap[lane][0][name].value = value;
-    }
+    SxbStableQuadAttributes() { makeQuad("SXB-stable", registersOfQuad, prefixesOfCells()); }
 
     std::map<std::string, std::string> attributes() {
         return quadAttributes(*engine, stableQuadWords());
