@@ -52,9 +52,10 @@ class CatalogueRules : public testing::Test {
     int ruleNumber(const std::string& name) { return engine.varMap.at(name).ruleNumber.value(); }
 
     /// The text of the refusal, empty when the catalogue is taken.
-    std::string refusalOf(const register_catalogue& catalogue, const logicRules& rules) {
+    std::string refusalOf(const register_catalogue& catalogue, const logicRules& rules,
+                          const logicRules& rulesOfEngine = {}) {
         try {
-            registerCatalogue(engine, catalogue, rules);
+            registerCatalogue(engine, catalogue, rules, rulesOfEngine);
         } catch (const std::logic_error& refusal) {
             return refusal.what();
         }
@@ -169,6 +170,29 @@ TEST_F(CatalogueRules, AFieldsRuleMayWriteOtherFieldsToo) {
     engine.runPass();
     EXPECT_EQ(value("LINK_CFG"), 0x403U);
     EXPECT_EQ(ruleNumber("LINK_CFG.WIDTH"), ruleNumber("LINK_CFG.DELAY"));
+}
+
+TEST_F(CatalogueRules, RulesOfTheEngineStandBesideTheCatalogueToo) {
+    registerCatalogue(engine, {{"LINK_CFG", {logic("DELAY"), logic("WIDTH")}}},
+                      {{"LINK_CFG.WIDTH", givesNumber(4)}}, {{"LINK_CFG.DELAY", givesNumber(3)}});
+    engine.runPass();
+    EXPECT_EQ(value("LINK_CFG"), 0x403U);
+    EXPECT_EQ(ruleNumber("LINK_CFG.DELAY"), 0);
+    EXPECT_EQ(ruleNumber("LINK_CFG.WIDTH"), 1);
+}
+
+TEST_F(CatalogueRules, ARuleOfTheEngineNeedsItsPlaceInTheCatalogue) {
+    EXPECT_EQ(refusalOf({fieldsOnly("LINK_CFG", {constant("DELAY", 1)})}, {},
+                        {{"LINK_CFG.WIDTH", givesNumber(3)}}),
+              "register catalogue: LINK_CFG.WIDTH has a rule, but is no logic field and no step");
+}
+
+TEST_F(CatalogueRules, ARuleOfTheEngineDoesNotReplaceTheOneOfAllEngines) {
+    EXPECT_EQ(refusalOf({fieldsOnly("LINK_CFG", {logic("DELAY")})},
+                        {{"LINK_CFG.DELAY", givesNumber(3)}}, {{"LINK_CFG.DELAY", givesNumber(4)}}),
+              "register catalogue: LINK_CFG.DELAY has a rule, but is no logic field and no step");
+    engine.runPass();
+    EXPECT_EQ(value("LINK_CFG.DELAY"), 3U);
 }
 
 TEST_F(CatalogueRules, VerticesAreThoseOfPlainRuleCalls) {

@@ -24,12 +24,19 @@ unsigned int register_composer::word() {
     return word;
 }
 
-const ruleValue* register_composer::knownValue(const std::string& field) const {
+const ruleValue* register_composer::takeKnownValue(const std::string& field) {
     const auto found =
         std::find_if(known_.begin(), known_.end(), [&field](const ruleVariable* known) {
             return known->held != nullptr && known->held->first == field;
         });
-    return found == known_.end() ? nullptr : &(*found)->held->second.value;
+    if (found == known_.end()) {
+        return nullptr;
+    }
+    const ruleValue& value = (*found)->held->second.value;
+    // No other field of the layout has that name, so the next search is shorter.
+    *found = known_.back();
+    known_.pop_back();
+    return &value;
 }
 
 void register_composer::takeLayout() {
@@ -37,7 +44,7 @@ void register_composer::takeLayout() {
     const auto& layout = engine_->attributes[registerName_].fields;
     fields_.reserve(layout.size());
     for (const auto& [name, offsetAndWidth] : layout) {
-        fields_.push_back({&name, placeOfField(offsetAndWidth), knownValue(name)});
+        fields_.push_back({&name, placeOfField(offsetAndWidth), takeKnownValue(name)});
     }
     layoutTaken_ = true;
 }

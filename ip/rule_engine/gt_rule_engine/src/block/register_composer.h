@@ -33,12 +33,13 @@ class register_composer {
     };
 
     void takeLayout();
-    /// The value of a field of which it is known what rules refer to, else null.
-    const ruleValue* knownValue(const std::string& field) const;
+    /// The value of a field of which it is known what rules refer to, else null. That field is then
+    /// no longer among those known.
+    const ruleValue* takeKnownValue(const std::string& field);
 
     gt_rule_engine* engine_;
     std::string registerName_;
-    std::vector<ruleVariable*> known_;
+    std::vector<ruleVariable*> known_;  ///< of no more use when the layout is taken
     bool layoutTaken_ = false;
     std::vector<heldField> fields_;
 };

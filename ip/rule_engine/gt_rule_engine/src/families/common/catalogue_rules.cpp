@@ -32,13 +32,8 @@ logicRules::iterator placeOf(logicRules& rules, const std::string& name) {
     return place;
 }
 
-/// The rule beside a catalogue with what it stands beside.
-const logicRules::value_type& rowBeside(const logicRules& rules, const std::string& name) {
-    const auto found = rules.find(name);
-    if (found == rules.end()) {
-        refuse(name, "has no rule beside it");
-    }
-    return *found;
+[[noreturn]] void refuseWithoutRule(const std::string& name) {
+    refuse(name, "has no rule beside it");
 }
 
 /// Pointers of which it is asked in the end which ones there are.
@@ -59,8 +54,9 @@ class collection {
 /// Registers the rules that it visits.
 class catalogue_registration {
   public:
-    catalogue_registration(gt_rule_engine& engine, const logicRules& rules)
-        : engine_(engine), rules_(rules) {}
+    catalogue_registration(gt_rule_engine& engine, const logicRules& rules,
+                           const logicRules& rulesOfEngine)
+        : engine_(engine), rules_(rules), rulesOfEngine_(rulesOfEngine) {}
 
     void constant(const std::string& name, unsigned int value) {
         ruleVariable& output = engine_.mention(name);
@@ -79,7 +75,7 @@ class catalogue_registration {
     }
 
     void logic(const std::string& name, const std::string& ownField) {
-        const auto& row = rowBeside(rules_, name);
+        const auto& row = rowBeside(name);
         rule_declaration rule(&engine_, ownField);
         row.second(rule);
         rule.enter();
@@ -112,11 +108,8 @@ class catalogue_registration {
 
     void checkThatRulesBelong() {
         usedRules_.sort();
-        for (const auto& row : rules_) {
-            if (!usedRules_.has(&row)) {
-                refuse(row.first, "has a rule, but is no logic field and no step");
-            }
-        }
+        checkThatAllAreUsed(rules_);
+        checkThatAllAreUsed(rulesOfEngine_);
         logicOutputs_.sort();
         for (const ruleVariable* const field : sharedFields_) {
             if (!logicOutputs_.has(field)) {
@@ -126,6 +119,25 @@ class catalogue_registration {
     }
 
   private:
+    /// The rule beside the catalogue with what it stands beside.
+    const logicRules::value_type& rowBeside(const std::string& name) const {
+        for (const logicRules* const rules : {&rules_, &rulesOfEngine_}) {
+            const auto found = rules->find(name);
+            if (found != rules->end()) {
+                return *found;
+            }
+        }
+        refuseWithoutRule(name);
+    }
+
+    void checkThatAllAreUsed(const logicRules& rules) const {
+        for (const auto& row : rules) {
+            if (!usedRules_.has(&row)) {
+                refuse(row.first, "has a rule, but is no logic field and no step");
+            }
+        }
+    }
+
     static ruleVariable& outputNamed(const std::string& field, const rule_declaration& rule) {
         const auto& outputs = rule.outputs();
         const auto own = std::find_if(
@@ -149,6 +161,7 @@ class catalogue_registration {
 
     gt_rule_engine& engine_;
     const logicRules& rules_;
+    const logicRules& rulesOfEngine_;
     std::vector<ruleVariable*> fields_;  ///< in the order visited
     std::vector<ruleVariable*> sharedFields_;
     collection<logicRules::value_type> usedRules_;
@@ -177,7 +190,11 @@ std::set<std::string> logicNames(const register_catalogue& catalogue) {
 }  // namespace
 
 const ruleDeclarer& ruleBeside(const logicRules& rules, const std::string& name) {
-    return rowBeside(rules, name).second;
+    const auto found = rules.find(name);
+    if (found == rules.end()) {
+        refuseWithoutRule(name);
+    }
+    return found->second;
 }
 
 void addRule(logicRules& rules, const std::string& name, ruleDeclarer rule) {
@@ -215,8 +232,8 @@ std::vector<std::string> fieldNames(const std::string& registerName,
 }
 
 void registerCatalogue(gt_rule_engine& engine, const register_catalogue& catalogue,
-                       const logicRules& rules) {
-    catalogue_registration registration(engine, rules);
+                       const logicRules& rules, const logicRules& rulesOfEngine) {
+    catalogue_registration registration(engine, rules, rulesOfEngine);
     visitRules(catalogue, registration);
     registration.checkThatRulesBelong();
 }

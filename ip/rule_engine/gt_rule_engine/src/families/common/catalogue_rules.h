@@ -40,7 +40,10 @@ std::vector<std::string> fieldNames(const std::string& registerName,
 /// Throws std::logic_error, naming the rule or field, when catalogue and rules do not belong
 /// together: a logic field or step without a rule, a rule that neither stands beside, a rule that
 /// does not write its own field, or a shared field that no rule of the set writes.
+///
+/// `rulesOfEngine` stand beside the catalogue as `rules` do. They are those that refer to this
+/// engine, so that the others can be made once for all engines.
 void registerCatalogue(gt_rule_engine& engine, const register_catalogue& catalogue,
-                       const logicRules& rules);
+                       const logicRules& rules, const logicRules& rulesOfEngine = {});
 
 }  // namespace sable_lanecfg

@@ -13,6 +13,36 @@ namespace {
 /// Feedback divider of a PLL that was never solved; its field reads 78, as that of an idle slot.
 constexpr unsigned int idleFeedbackDivider = 80;
 
+/// The rules that refer to no engine.
+logicRules rulesOfAllEngines() {
+    logicRules rules;
+    addPllInputRules(rules);
+    addOutputDividerRules(rules);
+    addRpllSolverRules(rules);
+    addDividerSearchRules(rules);
+    addDividerCodeRules(rules);
+    addDelayAlignerRules(rules);
+    addLcpllFilterRules(rules);
+    addRpllFilterRules(rules);
+    addHighSpeedSlotRules(rules);
+    addReferenceClockRules(rules);
+    addClockDistributionRules(rules);
+    addPhaseAlignmentRules(rules);
+    addPipePositionRules(rules);
+    addPcieRules(rules);
+    addOutOfBandRules(rules);
+    addBufferRules(rules);
+    addPinRules(rules);
+    addResetEnableRules(rules);
+    return rules;
+}
+
+logicRules rulesOfEngine(const gt_rule_engine& engine) {
+    logicRules rules;
+    addLcpllSolverRules(rules, engine.settings);
+    return rules;
+}
+
 }  // namespace
 
 std::map<std::string, ruleValue> sxbPassStartValues() {
@@ -54,32 +84,16 @@ void enterSxbPllStartValues(gt_rule_engine& engine) {
 }
 
 logicRules sxbPllLogicRules(const gt_rule_engine& engine) {
-    logicRules rules;
-    addPllInputRules(rules);
-    addOutputDividerRules(rules);
-    addLcpllSolverRules(rules, engine.settings);
-    addRpllSolverRules(rules);
-    addDividerSearchRules(rules);
-    addDividerCodeRules(rules);
-    addDelayAlignerRules(rules);
-    addLcpllFilterRules(rules);
-    addRpllFilterRules(rules);
-    addHighSpeedSlotRules(rules);
-    addReferenceClockRules(rules);
-    addClockDistributionRules(rules);
-    addPhaseAlignmentRules(rules);
-    addPipePositionRules(rules);
-    addPcieRules(rules);
-    addOutOfBandRules(rules);
-    addBufferRules(rules);
-    addPinRules(rules);
-    addResetEnableRules(rules);
+    logicRules rules = rulesOfAllEngines();
+    rules.merge(rulesOfEngine(engine));
     return rules;
 }
 
 void registerSxbPllRules(gt_rule_engine& engine) {
     enterSxbPllStartValues(engine);
-    registerCatalogue(engine, sxbPllCatalogue(), sxbPllLogicRules(engine));
+    // Like the catalogue, the same for every engine.
+    static const logicRules rules = rulesOfAllEngines();
+    registerCatalogue(engine, sxbPllCatalogue(), rules, rulesOfEngine(engine));
 }
 
 }  // namespace sable_lanecfg
