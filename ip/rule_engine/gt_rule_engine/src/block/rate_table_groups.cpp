@@ -26,6 +26,12 @@ void log(const std::string& label, const std::string& text) {
 std::string gt_rule_engine::snapshotText(const RateTableAttribute& attribute, int snapshot) {
     variableMap& variables = blockVarMap.at(static_cast<std::size_t>(attribute.channel))
                                  .at(static_cast<std::size_t>(snapshot));
+    // The series found the places of all values that differ; a search would wait for memory again.
+    const ruleValue* const known =
+        analysedSeries == nullptr ? nullptr : analysedSeries->valueIn(variables, attribute.name);
+    if (known != nullptr) {
+        return registerText(*known);
+    }
     const auto found = variables.find(attribute.name);
     return found == variables.end() ? std::string() : registerText(found->second.value);
 }

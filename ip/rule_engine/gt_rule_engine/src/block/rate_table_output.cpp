@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace sable_lanecfg {
 
@@ -26,7 +27,7 @@ void beginLoggedGeneration() {
     rule_engine_utilities::write_log("*****New Version*****");
 }
 
-/// Lends the series to the steps of an analysis while it lives.
+/// Lends the series to the steps of a generation while it lives.
 class lentSeries {
   public:
     lentSeries(seriesCache*& place, seriesCache& series) : place_(place) { place_ = &series; }
@@ -41,9 +42,6 @@ class lentSeries {
 }  // namespace
 
 void gt_rule_engine::analyseRegisters(RateTableChannel* channels, bool withStaticList) {
-    // Critical and static registers come from the same snapshots, which are walked once for both.
-    seriesCache series;
-    const lentSeries lent(analysedSeries, series);
     parseRateTableData_New(channels);
     if (withStaticList) {
         statNpiRegList = parseRateTableDataForStaticAttributes(channels);
@@ -51,6 +49,10 @@ void gt_rule_engine::analyseRegisters(RateTableChannel* channels, bool withStati
 }
 
 std::vector<std::string> gt_rule_engine::rateTableWords(bool withStaticList) {
+    // Critical and static registers and the words of the table come from the same snapshots, which
+    // are walked once for all.
+    seriesCache series;
+    const lentSeries lent(analysedSeries, series);
     RateTableChannel channels[rateTableChannels];
     parseHeaderInfo_New(channels);
     analyseRegisters(channels, withStaticList);
@@ -63,7 +65,7 @@ std::vector<std::string> gt_rule_engine::getRateTable_New(RateTableChannel* chan
     separateCriticalAttributes_New(channels, control);
     sortRateTable_New(channels, control);
     writeRateTable_New(channels, control);
-    return control.rateTable;
+    return std::move(control.rateTable);
 }
 
 std::string gt_rule_engine::generateRateTable(bool /*unused*/) {

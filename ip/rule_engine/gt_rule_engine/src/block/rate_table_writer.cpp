@@ -6,8 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace sable_lanecfg {
 
@@ -19,8 +21,9 @@ using wordList = std::vector<std::string>;
 /// Words in front of the first body: two structure words, two words for each channel.
 constexpr std::uint64_t headerWords = 2 + 2 * rateTableChannels;
 
-void append(wordList& words, const wordList& more) {
-    words.insert(words.end(), more.begin(), more.end());
+void append(wordList& words, wordList more) {
+    words.insert(words.end(), std::make_move_iterator(more.begin()),
+                 std::make_move_iterator(more.end()));
 }
 
 void log(const std::string& line) {
@@ -186,10 +189,10 @@ struct gt_rule_engine::bodyWriter {
         }
     }
 
-    void appendGroup(int channel, const wordList& group) {
+    void appendGroup(int channel, wordList group) {
         (control.*side.wordCount)[static_cast<std::size_t>(channel)] +=
             static_cast<int>(group.size());
-        append(body, group);
+        append(body, std::move(group));
     }
 
     void appendPair(int channel, int rate, const RateTableAttribute& first,
@@ -239,12 +242,12 @@ struct gt_rule_engine::bodyWriter {
                 const auto at = [&](std::size_t position) {
                     return registers.begin() + static_cast<std::ptrdiff_t>(position);
                 };
-                const attributeList burst(at(i), at(end));
+                attributeList burst(at(i), at(end));
                 const int snapshot = snapshotOf(rate, burst.front());
                 for (const RateTableAttribute& attribute : burst) {
                     demandPass(attribute, rate, snapshot);
                 }
-                appendGroup(channel, engine.rateTableBodyCase2_new(burst, snapshot));
+                appendGroup(channel, engine.rateTableBodyCase2_new(std::move(burst), snapshot));
                 i = end;
             } else {
                 // A lone register takes the next one along, however far away it is.
@@ -269,8 +272,8 @@ void gt_rule_engine::writeRateTable_New(RateTableChannel* channels, RateTableCon
     table = {structureWord(channels, txSide, channelCount),
              structureWord(channels, rxSide, channelCount)};
     append(table, words);
-    append(table, transmit.body);
-    append(table, receive.body);
+    append(table, std::move(transmit.body));
+    append(table, std::move(receive.body));
 }
 
 }  // namespace sable_lanecfg

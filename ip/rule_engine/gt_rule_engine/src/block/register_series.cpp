@@ -148,7 +148,28 @@ const std::vector<registerSeries>& seriesCache::of(
             return series;
         }
     }
-    return known_.emplace_back(snapshots, seriesThatMayDiffer(registers, snapshots)).second;
+    const seriesOfRegisters& made =
+        known_.emplace_back(snapshots, seriesThatMayDiffer(registers, snapshots)).second;
+    for (std::size_t position = 0; position < snapshots.size(); ++position) {
+        places_.emplace(snapshots[position], place{&made, position});
+    }
+    if (rows_.empty()) {
+        for (const auto& [name, info] : registers) {
+            rows_.emplace(name, rows_.size());
+        }
+    }
+    return made;
+}
+
+const ruleValue* seriesCache::valueIn(const variableMap& snapshot, const std::string& name) const {
+    const auto found = places_.find(&snapshot);
+    const auto row = rows_.find(name);
+    if (found == places_.end() || row == rows_.end()) {
+        return nullptr;
+    }
+    const auto& [series, position] = found->second;
+    const registerSeries& values = (*series)[row->second];
+    return values.empty() || values[position] == &blankValue() ? nullptr : values[position];
 }
 
 bool differsInSeries(const registerSeries& series) {

@@ -3,10 +3,13 @@
 #include <lanecfg/gt_db_load.h>
 #include <lanecfg/rule_engine_base.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -33,15 +36,29 @@ std::vector<registerSeries> seriesThatMayDiffer(
     const std::map<std::string, attributeInfo>& registers, const snapshotList& snapshots);
 
 /// `seriesThatMayDiffer` by list of snapshots, so that all who look at the same snapshots walk them
-/// once. The values of the snapshots may change, their variables may not come and go.
+/// once. The values of the snapshots may change, their variables and the registers may not come and
+/// go.
 class seriesCache {
   public:
     const std::vector<registerSeries>& of(const std::map<std::string, attributeInfo>& registers,
                                           const snapshotList& snapshots);
 
+    /// The value of a register in a snapshot as a series has it, without a search of the snapshot;
+    /// null where none has it, or the snapshot lacks it.
+    const ruleValue* valueIn(const variableMap& snapshot, const std::string& name) const;
+
   private:
+    using seriesOfRegisters = std::vector<registerSeries>;
+    /// Place of a snapshot in the series made of its list.
+    struct place {
+        const seriesOfRegisters* series;
+        std::size_t position;
+    };
+
     // A list, whose elements stay where they are when others come.
-    std::list<std::pair<snapshotList, std::vector<registerSeries>>> known_;
+    std::list<std::pair<snapshotList, seriesOfRegisters>> known_;
+    std::unordered_map<const variableMap*, place> places_;
+    std::unordered_map<std::string_view, std::size_t> rows_;
 };
 
 /// True when a text differs from the one before it. The text "NULL" counts as no text yet. In an
