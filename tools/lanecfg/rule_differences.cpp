@@ -89,7 +89,7 @@ class open_rules {
 
     std::optional<NumberedRule> takeWithOneOf(const Names& outputs) {
         for (const std::string& output : outputs) {
-            if (const auto taken = takeFirst(byOutput_[output])) {
+            if (auto taken = takeFirst(byOutput_[output])) {
                 return taken;
             }
         }
@@ -220,6 +220,7 @@ std::vector<RuleDifference> ruleDifferences(const std::vector<NumberedRule>& fir
                                             const std::vector<NumberedRule>& second) {
     open_rules open(second);
     std::vector<RuleDifference> pairs;
+    pairs.reserve(first.size());
     for (const NumberedRule& rule : first) {
         pairs.push_back({rule, open.takeWithOutputs(rule.rule.outputs)});
     }

@@ -88,7 +88,7 @@ void enterReceivePll(gt_rule_engine& engine, std::size_t lane, std::size_t slot)
     const auto side = static_cast<std::size_t>(laneDirection::receive);
     const laneParameters parameters(engine.userParams, laneDirection::receive,
                                     static_cast<int>(lane), static_cast<int>(slot));
-    const std::string pll = parameters.get<std::string>("_PLL_TYPE");
+    const std::string& pll = parameters.get<std::string>("_PLL_TYPE");
     const std::string dual = dualName(dualOf(static_cast<int>(lane)));
     const auto* const numbers = resultsOf(engine.intersectedCoordinates, dual, pll);
     const auto* const texts = resultsOf(engine.refclkSourceIntersectedCoordinates, dual, pll);
