@@ -54,14 +54,14 @@ const std::vector<DeclaredNames>& pllDeclarations() {
 const std::vector<DeclaredNames>& laneDeclarations() {
     static const std::vector<std::string> lowPower{"PCIE_ENABLE", "TX_LINE_RATE", "RX_EQ_MODE"};
     static const std::vector<DeclaredNames> rows{
-        {"RX outclock report",
+        {"RX clocks per word",
          {"CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL", "RX_PCS_CFG0.RX_DATA_WIDTH", "RX_LINE_RATE",
           "INT_LCPLL_PLLCLKOUT", "INT_RPLL_PLLCLKOUT", "PIPE_CTRL_CFG7.RXOUTCLKCTL",
           "INT_RXPROGDIV_SEL", "INT_RX_OUTDIV", "INT_RXOUTCLKDIV_FOR_PROGDIV_PATH",
           "INT_LCPLL_REFCLKFREQ", "INT_RPLL_REFCLKFREQ", "PIPE_CTRL_CFG7.RX_DA_BYP",
           "DA_CFG.RX_DA_REFCLK_SEL"},
          {"RX_PHALIGN_CFG0.DAPI_BUFG_DIV"}},
-        {"TX outclock report",
+        {"TX clocks per word",
          {"PIPE_CTRL_CFG7.TXOUTCLKCTL", "TX_PCS_CFG0.TX_DATA_WIDTH", "DA_CFG.TX_DA_REFCLK_SEL",
           "PIPE_CTRL_CFG7.TX_DA_BYP", "CHCLK_TXPI_CFG0.TX_PROGCLK_SEL",
           "CHCLK_TXPI_CFG0.TX_PLLCLK_SEL", "INT_TXOUTCLKDIV_FOR_PROGDIV_PATH", "INT_TXPROGDIV_SEL",

@@ -84,7 +84,7 @@ RuleCase clocksCase(const std::string& side, const VariableValues& inputs, unsig
                                                         {"CHCLK_TXPI_CFG0.TX_PLLCLK_SEL", 1U},
                                                         {"CHCLK_TXPI_CFG0.TXPI_BYPASS", 1U},
                                                         {"CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL", 1U}};
-    return {side + " outclock report",
+    return {side + " clocks per word",
             with(with(dividedClock(side), selects), inputs),
             {{side + "_PHALIGN_CFG0.DAPI_BUFG_DIV", clocks}}};
 }

@@ -6,10 +6,17 @@
 
 namespace sable_lanecfg {
 
-/// Steps of the frozen PLL set that the current one lacks.
+// Steps of the frozen sets that the current ones lack.
 namespace sxb_stable_pll_step {
 constexpr std::string_view pipeClockDivider = "pipe clock divider";
 }  // namespace sxb_stable_pll_step
+// In the places of the outclock reports.
+namespace sxb_stable_rx_step {
+constexpr std::string_view clocksPerWord = "RX clocks per word";
+}  // namespace sxb_stable_rx_step
+namespace sxb_stable_tx_step {
+constexpr std::string_view clocksPerWord = "TX clocks per word";
+}  // namespace sxb_stable_tx_step
 
 // The frozen registers of the SXB family, as differences over the current ones. Rows that no longer
 // fit the current catalogue are refused, so that the frozen rules don't change with the current.

@@ -15,7 +15,7 @@ void stableInputSelection(rule_declaration& rule);
 void stableLcpllSolver(rule_declaration& rule);
 void stableRpllSolver(rule_declaration& rule);
 
-// Output clocks in one word of a direction, as the reports of the current rules have them.
+// Output clocks in one word of a direction: all that is here of the current outclock reports.
 void stableReceiveClocksPerWord(rule_declaration& rule);
 void stableTransmitClocksPerWord(rule_declaration& rule);
 

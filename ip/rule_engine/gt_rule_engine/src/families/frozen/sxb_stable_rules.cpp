@@ -56,14 +56,14 @@ logicRules sxbStableRxLogicRules() {
     logicRules rules = sxbRxLogicRules();
     removeRulesWithoutPlace(rules, sxbRxCatalogue(), sxbStableRxCatalogue());
     replaceRules(rules, equaliserFieldRules(equaliserMode));
-    replaceStep(rules, sxb_rx_step::outclockReport, stableReceiveClocksPerWord);
+    addRule(rules, std::string(sxb_stable_rx_step::clocksPerWord), stableReceiveClocksPerWord);
     return rules;
 }
 
 logicRules sxbStableTxLogicRules() {
     logicRules rules = sxbTxLogicRules();
     removeRulesWithoutPlace(rules, sxbTxCatalogue(), sxbStableTxCatalogue());
-    replaceStep(rules, sxb_tx_step::outclockReport, stableTransmitClocksPerWord);
+    addRule(rules, std::string(sxb_stable_tx_step::clocksPerWord), stableTransmitClocksPerWord);
     replaceRule(rules, "TX_PCS_CFG0.USE_GB",
                 gearbox(transmitSide, "TX_PCS_CFG0", gearboxContent::fields));
     return rules;

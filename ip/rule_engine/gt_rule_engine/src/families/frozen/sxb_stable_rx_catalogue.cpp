@@ -8,6 +8,7 @@ namespace {
 
 // What only the current rules have.
 constexpr removedRule removedRules[] = {
+    {sxb_rx_step::outclockReport, {}},
     {"INT_RX_EQ_MODE", {}},
     {"ADAPT_APT_CFG", "kl_looplbk"},
     {"ADAPT_APT_CFG", "h7_looplbk"},
@@ -333,6 +334,8 @@ constexpr fieldOfRegister replacedFields[] = {
     {"RX_CDR_CFG2", constant("VOTEWX", 4)},
     {"RX_CDR_CFG2", constant("PMULFAC", 2)},
     {"RX_CDR_CFG2", constant("VOTEWY", 4)},
+    // The outclock report has it now.
+    {"RX_PHALIGN_CFG0", shared("DAPI_BUFG_DIV", sxb_stable_rx_step::clocksPerWord)},
 };
 
 // Constants of both: the current value, the frozen one.
@@ -446,6 +449,7 @@ constexpr changedConstant changedConstants[] = {
 };
 
 register_catalogue made(register_catalogue catalogue) {
+    catalogue.insertBefore(sxb_rx_step::outclockReport, step(sxb_stable_rx_step::clocksPerWord));
     // A word without fields now.
     catalogue.replace({"ADAPT_LCK_CFG3"});
     replaceFields(catalogue, replacedFields);

@@ -8,9 +8,8 @@ namespace {
 
 // What only the current rules have.
 constexpr removedRule removedRules[] = {
-    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE"},
-    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_PRE"},
-    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_POST"},
+    {sxb_tx_step::outclockReport, {}},          {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE"},
+    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_PRE"}, {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_POST"},
     {"TX_PCS_CFG2", "TX_FIFO_STATUS_SEL"},
 };
 
@@ -36,9 +35,12 @@ constexpr changedConstant changedConstants[] = {
 constexpr fieldOfRegister replacedFields[] = {
     // Follows the phase interpolator's switch now.
     {"TX_PIPPM_CFG", constant("TXPIPPMSEL", 0)},
+    // The outclock report has it now.
+    {"TX_PHALIGN_CFG0", shared("DAPI_BUFG_DIV", sxb_stable_tx_step::clocksPerWord)},
 };
 
 register_catalogue made(register_catalogue catalogue) {
+    catalogue.insertBefore(sxb_tx_step::outclockReport, step(sxb_stable_tx_step::clocksPerWord));
     catalogue.insertAfter("TX_DRV_CFG1", constantWord("TX_GB_ENC_CFG1", 0));
     catalogue.insertAfter("TX_GB_ENC_CFG1", constantWord("TX_GB_ENC_CFG2", 0));
     catalogue.insertAfter("TX_GB_ENC_CFG2", constantWord("TX_GB_ENC_CFG3", 0));
