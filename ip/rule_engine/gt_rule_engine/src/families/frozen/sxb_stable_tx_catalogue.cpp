@@ -8,8 +8,11 @@ namespace {
 
 // What only the current rules have.
 constexpr removedRule removedRules[] = {
-    {sxb_tx_step::outclockReport, {}},          {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE"},
-    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_PRE"}, {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_POST"},
+    {sxb_tx_step::outclockReport, {}},
+    // Fields.
+    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE"},
+    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_PRE"},
+    {"TX_ANA_CFG0", "TX_FIR_MAPPING_PCIE_POST"},
     {"TX_PCS_CFG2", "TX_FIFO_STATUS_SEL"},
 };
 
