@@ -47,6 +47,11 @@ void enterNumbers(sable_lanecfg::textMap& entry, const std::string& key,
     }
 }
 
+template <class Element>
+Element oneOf(std::mt19937& random, const std::vector<Element>& elements) {
+    return elements[std::uniform_int_distribution<std::size_t>(0, elements.size() - 1)(random)];
+}
+
 std::string lanesOfDual(int dual) {
     return dual == 0 ? "lanes 0 and/or 1" : "lanes 2 and/or 3";
 }
@@ -255,6 +260,42 @@ SmallDatabase PackingRequest::database() const {
     database.device = nlohmann::json::object();
     database.device["-3"] = limits;
     return database;
+}
+
+PackingRequest oneLane(const RateSettings& settings, int lane) {
+    PackingRequest request;
+    request.addBoth(lane, {settings});
+    return request;
+}
+
+PackingRequest oneLaneAt(const std::vector<double>& lineRates) {
+    std::vector<RateSettings> rates;
+    for (const double lineRate : lineRates) {
+        rates.push_back(tenGigabitEthernet());
+        rates.back().lineRate = lineRate;
+    }
+    PackingRequest request;
+    request.addBoth(0, rates);
+    return request;
+}
+
+PackingRequest randomRequest(std::mt19937& random, const std::vector<double>& lineRates) {
+    PackingRequest request;
+    for (int lane = 0; lane < static_cast<int>(lanesOfQuad); ++lane) {
+        std::vector<RateSettings> rates(oneOf<std::size_t>(random, {0, 1, 2, 3}));
+        for (RateSettings& rate : rates) {
+            rate.lineRate = oneOf(random, lineRates);
+            rate.pll = oneOf<std::string>(random, {"LCPLL", "RPLL"});
+            rate.refclk = oneOf<double>(random, {100.0, 125.0, 156.25});
+            rate.source = oneOf<std::string>(random, {"R0", "R1"});
+            // Lanes of different groups need not agree with each other.
+            rate.group = std::to_string(lane);
+        }
+        if (!rates.empty()) {
+            request.addBoth(lane, rates, "PIN" + std::to_string(lane));
+        }
+    }
+    return request;
 }
 
 std::vector<std::string> textsOf(const std::map<int, std::string>& messages) {

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include <map>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -87,6 +88,16 @@ class PackingRequest {
   private:
     void enter(int direction, int lane, const std::vector<RateSettings>& rates);
 };
+
+/// A request of one lane in both directions at one rate.
+PackingRequest oneLane(const RateSettings& settings = tenGigabitEthernet(), int lane = 0);
+
+/// A request of lane 0 in both directions, `tenGigabitEthernet` but for these line rates.
+PackingRequest oneLaneAt(const std::vector<double>& lineRates);
+
+/// Lanes used or not, each with a group, up to three of these line rates, PLLs and sources of its
+/// own.
+PackingRequest randomRequest(std::mt19937& random, const std::vector<double>& lineRates);
 
 /// Texts in the order of their numbers.
 std::vector<std::string> textsOf(const std::map<int, std::string>& messages);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/captured_messages.h"
+#include "support/family_instance.h"
 #include "support/reference_data.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
@@ -75,28 +76,46 @@ constexpr unsigned int syncDoneWord(const SyncDone& tx, const SyncDone& rx) {
     return placed(tx) + (placed(rx) << 8);
 }
 
-/// A bundled request for the current rules of a family, by way of the manager, to be compared with
-/// values worked out by hand.
-class WorkedRequest : public testing::Test {
+/// A bundled request, by way of the manager, to be compared with values worked out by hand. `Frame`
+/// is that of the rules which the request names.
+template <class Frame>
+class WorkedRequestOn : public testing::Test {
   protected:
-    explicit WorkedRequest(const std::string& request)
+    explicit WorkedRequestOn(const std::string& request)
         : family(bundledRequest(request).at("family").get<std::string>()) {
         initialiseBundledRequest(instanceName, request);
     }
-    ~WorkedRequest() override { sable_lanecfg::lane_cfg_ip_mgr::releaseData(instanceName); }
+    ~WorkedRequestOn() override { sable_lanecfg::lane_cfg_ip_mgr::releaseData(instanceName); }
 
-    static sable_lanecfg::lane_cfg_instance& instance() {
-        return *sable_lanecfg::lane_cfg_ip_mgr::getIPInstance(instanceName);
+    static Frame& instance() {
+        if constexpr (isLiveInstance<Frame>) {
+            return *sable_lanecfg::lane_cfg_ip_mgr::getIPInstance(instanceName);
+        } else {
+            return *sable_lanecfg::lane_cfg_ip_mgr::getIterStableIPInstance(instanceName);
+        }
+    }
+
+    /// Expects that the user was told of no fault.
+    void expectNoFault() const {
+        for (const unsigned severity : {0x20000000U, 0x10000000U, 0x8000000U}) {
+            EXPECT_EQ(messages.texts(severity), std::vector<std::string>());
+        }
+    }
+
+    /// Expects that the channels fit their quad, without a fault.
+    void expectPacked() const {
+        EXPECT_EQ(instance().packedChannels, (std::map<int, std::string>()));
+        expectNoFault();
     }
 
     std::map<std::string, std::string> attributes() const {
-        return sable_lanecfg::lane_cfg_ip_mgr::getAttributes(instanceName, family, "live");
+        return sable_lanecfg::lane_cfg_ip_mgr::getAttributes(instanceName, family, selector);
     }
 
     unsigned long word(const std::string& name) const { return std::stoul(attributes().at(name)); }
 
-    /// Expects the words of PLLs without a fraction: a reset mask of 3, and whether it is powered
-    /// down.
+    /// Expects the words that the current rules have for PLLs without a fraction: a reset mask of
+    /// 3, and whether the PLL is powered down.
     void expectRunning(const RunningPlls& plls) const {
         EXPECT_EQ(word("A_CFG2"), (3UL << 28) + (plls.lcpll0 ? 0UL : 1UL));
         EXPECT_EQ(word("A_CFG3"), (3UL << 3) + (plls.rpll0 ? 0UL : 1UL << 5));
@@ -105,7 +124,7 @@ class WorkedRequest : public testing::Test {
     }
 
     std::map<std::string, std::string> outputClocks() const {
-        return sable_lanecfg::lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, family, "live");
+        return sable_lanecfg::lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, family, selector);
     }
 
     /// A variable of a lane in each of its passes.
@@ -137,8 +156,17 @@ class WorkedRequest : public testing::Test {
     }
 
     static constexpr const char* instanceName = "quad_0";
+    static constexpr const char* selector = isLiveInstance<Frame> ? "live" : "stable";
     const std::string family;
     CapturedMessages messages;
+};
+
+class WorkedRequest : public WorkedRequestOn<sable_lanecfg::lane_cfg_instance> {
+    using WorkedRequestOn::WorkedRequestOn;
+};
+
+class WorkedFrozenRequest : public WorkedRequestOn<sable_lanecfg::lane_cfg_instance_iter_stable> {
+    using WorkedRequestOn::WorkedRequestOn;
 };
 
 }  // namespace lanecfg_test

@@ -1,18 +1,12 @@
 #include "families/sxb/lane_cfg_sxb_instance.h"
 
-#include "support/captured_messages.h"
-#include "support/packing_request.h"
+#include "families/common/packed_quad_tests.h"
+#include "support/family_instance.h"
 #include "support/print_rule_value.h"
-#include "support/quad_usage.h"
-#include "support/reference_data.h"
 
-#include <lanecfg/lane_cfg_ip_mgr.h>
-
-#include <boost/optional/optional_io.hpp>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -20,55 +14,28 @@
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::CapturedMessages;
+using lanecfg_test::InstanceMaker;
 using lanecfg_test::noVcoText;
+using lanecfg_test::numberOfRule;
+using lanecfg_test::oneLane;
+using lanecfg_test::oneLaneAt;
 using lanecfg_test::PackingRequest;
-using lanecfg_test::QuadUsage;
+using lanecfg_test::randomRequest;
 using lanecfg_test::rateOf;
-using lanecfg_test::RateSettings;
 using lanecfg_test::receive;
 using lanecfg_test::tenGigabitEthernet;
 using lanecfg_test::textsOf;
 using lanecfg_test::transmit;
-using lanecfg_test::withReceiveBuffer;
+using lanecfg_test::valueIn;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
 
-class SxbInstance : public testing::Test {
+class SxbInstance : public lanecfg_test::InstanceTest<lane_cfg_sxb_instance> {
   protected:
-    std::unique_ptr<lane_cfg_sxb_instance> made(const PackingRequest& request,
-                                                const std::string& name = "quad") const {
-        return std::make_unique<lane_cfg_sxb_instance>(
-            name, request.channels, quads.quads, database.m_paramTypes,
-            withReceiveBuffer(request.userParams), database.m_fields, database.m_deviceData);
-    }
-
-    template <class Value>
-    static Value valueIn(const lane_cfg_instance& instance, std::size_t lane,
-                         const std::string& name, std::size_t pass = 0) {
-        return boost::get<Value>(instance.blockVarMap.at(lane).at(pass).at(name).value);
-    }
-
-    static boost::optional<int> numberOfRule(lane_cfg_instance& instance, const std::string& name) {
-        return instance.varMap.at(name).ruleNumber;
-    }
-
-    const gt_db_load database = lanecfg_test::referenceDatabase("SXB");
-    QuadUsage quads;
-    CapturedMessages messages;
+    SxbInstance() : InstanceTest("SXB") {}
 };
-
-TEST_F(SxbInstance, KnowsItsNameFamilyAndQuads) {
-    quads.add("TX_QUAD_CH", "TXQUAD_0", {"a.0", "a.1", "a.2", "a.3"}, {});
-    const auto instance = made(PackingRequest());
-    EXPECT_EQ(instance->instanceName, "quad");
-    EXPECT_EQ(instance->ipName, "quad");
-    EXPECT_EQ(instance->familyName, "SXB");
-    EXPECT_EQ(instance->family, "SXB");
-    EXPECT_EQ(instance->quadsUsage, quads.quads);
-}
 
 TEST_F(SxbInstance, RegistersReceiveThenTransmitThenPllRules) {
     const auto instance = made(PackingRequest());
@@ -78,20 +45,15 @@ TEST_F(SxbInstance, RegistersReceiveThenTransmitThenPllRules) {
 }
 
 TEST_F(SxbInstance, IsWhatTheManagerMakes) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet()});
-    const std::unique_ptr<lane_cfg_instance> instance(lane_cfg_ip_mgr::createLaneCfgInstance(
-        "quad", "SXB", request.channels, {}, database.m_paramTypes, request.userParams,
-        database.m_fields, database.m_deviceData));
+    const InstanceMaker<lane_cfg_instance> manager("SXB");
+    const auto instance = manager.made(oneLane());
     ASSERT_NE(instance, nullptr);
     EXPECT_EQ(instance->familyName, "SXB");
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV"), 66U);
 }
 
 TEST_F(SxbInstance, GivesTheRulesWhatThePackingFound) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet()});
-    const auto instance = made(request);
+    const auto instance = made(oneLane());
     EXPECT_THAT(instance->packedChannels, IsEmpty());
     EXPECT_TRUE(valueIn<bool>(*instance, 0, "TX_IN_USE"));
     EXPECT_THAT(valueIn<std::vector<double>>(*instance, 0, "TX_LCPLL_PLLCLKOUT_FREQ_VECTOR"),
@@ -103,17 +65,6 @@ TEST_F(SxbInstance, GivesTheRulesWhatThePackingFound) {
     EXPECT_THAT(messages.records(), IsEmpty());
 }
 
-TEST_F(SxbInstance, KeepsTheOutcomeOfThePacking) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet("R3")});
-    const auto instance = made(request);
-    const auto& numbers = instance->intersectedCoordinates.at("DUAL_0").at("A").at("LCPLL");
-    EXPECT_THAT(numbers.at("pllClkFreqs"), ElementsAre(ElementsAre(10.3125)));
-    const auto& texts =
-        instance->refclkSourceIntersectedCoordinates.at("DUAL_0").at("A").at("LCPLL");
-    EXPECT_THAT(texts.at("refclkSources"), ElementsAre(ElementsAre("R3")));
-}
-
 TEST_F(SxbInstance, KeepsTheReasonsOfARequestThatDoesNotPack) {
     // The rates need 5.15625 or 10.3125 GHz, and 5.5 or 11.0.
     PackingRequest request;
@@ -123,19 +74,6 @@ TEST_F(SxbInstance, KeepsTheReasonsOfARequestThatDoesNotPack) {
     // The lanes are left as they were, so nobody is in use.
     EXPECT_FALSE(valueIn<bool>(*instance, 0, "TX_IN_USE"));
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "MAX_RATE"), 0U);
-}
-
-TEST_F(SxbInstance, TellsTheUserOfAFaultInThePackingAndGoesOn) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet()});
-    request.parametersAt(transmit, 0).erase("TX_REFCLK_SOURCE");
-    const auto instance = made(request);
-    EXPECT_THAT(messages.texts(0x20000000),
-                testing::Contains(MatchesRegex("Exception caught TX_REFCLK_SOURCE is missing in "
-                                               "TX of lane 0 at rate 0 at [0-9]+ of file "
-                                               "ip/rule_engine/gt_rule_engine/src/gt_quad_packing"
-                                               "\\.")));
-    EXPECT_THAT(instance->blockVarMap, SizeIs(4));
 }
 
 TEST_F(SxbInstance, TellsTheUserOfAFaultInTheValuesAndGoesOn) {
@@ -153,27 +91,6 @@ TEST_F(SxbInstance, TellsTheUserOfAFaultInTheValuesAndGoesOn) {
     EXPECT_FALSE(valueIn<bool>(*instance, 0, "RX_IN_USE"));
 }
 
-TEST_F(SxbInstance, GivesTheRulesThePositionsInTheQuad) {
-    quads.add("TX_QUAD_CH", "TXQUAD_0", {"a.0", "a.1", "b.0", "undef"}, {"1", "0", "1", "0"});
-    PackingRequest request;
-    for (int lane = 0; lane < 3; ++lane) {
-        request.addBoth(lane, {tenGigabitEthernet()});
-    }
-    const auto instance = made(request);
-    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "bottom");
-    EXPECT_EQ(valueIn<std::string>(*instance, 1, "TX_PIPE_POSITION"), "top");
-    EXPECT_EQ(valueIn<std::string>(*instance, 1, "TX_CH0_SYNCDONE_POSITION"), "IM");
-    EXPECT_EQ(valueIn<std::string>(*instance, 2, "TX_PIPE_POSITION"), "single");
-}
-
-TEST_F(SxbInstance, WithoutQuadsLeavesThePositionsAtTheirDefaults) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet()});
-    const auto instance = made(request);
-    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "single");
-    EXPECT_EQ(valueIn<std::string>(*instance, 0, "RX_CH3_RESETDONE_POSITION"), "single");
-}
-
 TEST_F(SxbInstance, RunsAQuadThatNobodyUses) {
     const auto instance = made(PackingRequest());
     ASSERT_THAT(instance->blockVarMap, SizeIs(4));
@@ -188,9 +105,7 @@ TEST_F(SxbInstance, RunsAQuadThatNobodyUses) {
 }
 
 TEST_F(SxbInstance, AsksNothingOfAPllAtAnIdleLane) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet()});
-    const auto instance = made(request);
+    const auto instance = made(oneLane());
     for (const char* const side : {"TX", "RX"}) {
         for (const char* const pll : {"_LCPLL", "_RPLL"}) {
             const std::string name = std::string(side) + pll + "_PLLCLKOUT_FREQ_VECTOR";
@@ -204,11 +119,7 @@ TEST_F(SxbInstance, AsksNothingOfAPllAtAnIdleLane) {
 
 TEST_F(SxbInstance, SolvesEachRateForItself) {
     // 66 and 80 times 156.25 MHz.
-    RateSettings faster = tenGigabitEthernet();
-    faster.lineRate = 12.5;
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet(), faster});
-    const auto instance = made(request);
+    const auto instance = made(oneLaneAt({10.3125, 12.5}));
     EXPECT_THAT(instance->packedChannels, IsEmpty());
     ASSERT_THAT(instance->blockVarMap[0], SizeIs(2));
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV", 0), 66U);
@@ -218,8 +129,7 @@ TEST_F(SxbInstance, SolvesEachRateForItself) {
 }
 
 TEST_F(SxbInstance, CountsTheRatesOfItsLanes) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet(), tenGigabitEthernet()});
+    PackingRequest request = oneLaneAt({10.3125, 10.3125});
     request.channels.front().group = "G";
     const auto instance = made(request);
     EXPECT_EQ(instance->numberOfRatesForThisChannel(transmit, 0), 2);
@@ -243,11 +153,7 @@ TEST_F(SxbInstance, TakesTheDualsPllFromTheLaneThatUsesIt) {
 }
 
 TEST_F(SxbInstance, ReportsTheOutputClocks) {
-    PackingRequest request;
-    RateSettings half = tenGigabitEthernet();
-    half.lineRate = 5.15625;
-    request.addBoth(0, {half, tenGigabitEthernet()});
-    auto instance = made(request);
+    const auto instance = made(oneLaneAt({5.15625, 10.3125}));
     // A coded word of 80 bits at 10.3125 Gb/s comes at 128.90625 MHz.
     EXPECT_EQ(instance->getOutClkFrequencies().at("CH0_TXOUTCLK"), "128.906");
     const std::map<std::string, std::string> clocks = instance->getOutClkFrequenciesInternal();
@@ -276,46 +182,10 @@ TEST_F(SxbInstance, DoesNotTouchAnother) {
     EXPECT_EQ(other->getAttributes(), ofOther);
 }
 
-TEST_F(SxbInstance, PassesOnTheExceptionOfARule) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet()});
-    request.parametersAt(transmit, 0)["TX_LINE_RATE"] = 10U;
-    EXPECT_THROW(made(request), boost::bad_get);
-}
-
 /// Lanes used or not at random, each with rates, PLLs and sources of its own.
 class SxbInstanceOfRandomLanes : public SxbInstance,
                                  public testing::WithParamInterface<unsigned int> {
   protected:
-    template <class Element>
-    Element oneOf(const std::vector<Element>& elements) {
-        return elements[std::uniform_int_distribution<std::size_t>(0, elements.size() - 1)(random)];
-    }
-
-    RateSettings randomRate(int lane) {
-        RateSettings settings = rateOf(
-            oneOf<double>({2.5, 5.0, 10.3125, 12.5, 16.0}), oneOf<std::string>({"LCPLL", "RPLL"}),
-            oneOf<double>({100.0, 125.0, 156.25}), oneOf<std::string>({"R0", "R1"}));
-        // Lanes of different groups need not agree with each other.
-        settings.group = std::to_string(lane);
-        return settings;
-    }
-
-    PackingRequest randomRequest() {
-        PackingRequest request;
-        for (int lane = 0; lane < 4; ++lane) {
-            const auto rates = oneOf<int>({0, 1, 2, 3});
-            std::vector<RateSettings> settings;
-            for (int rate = 0; rate < rates; ++rate) {
-                settings.push_back(randomRate(lane));
-            }
-            if (!settings.empty()) {
-                request.addBoth(lane, settings, "PIN" + std::to_string(lane));
-            }
-        }
-        return request;
-    }
-
     static std::vector<double> frequencies(const variableMap& pass, const std::string& side,
                                            const std::string& pll) {
         return boost::get<std::vector<double>>(
@@ -340,7 +210,7 @@ class SxbInstanceOfRandomLanes : public SxbInstance,
 };
 
 TEST_P(SxbInstanceOfRandomLanes, RunsThePllsOfItsLanesAlone) {
-    const auto instance = made(randomRequest());
+    const auto instance = made(randomRequest(random, {2.5, 5.0, 10.3125, 12.5, 16.0}));
     for (const auto& passes : instance->blockVarMap) {
         for (const variableMap& pass : passes) {
             expectPllOf(pass, "TX");
@@ -350,7 +220,7 @@ TEST_P(SxbInstanceOfRandomLanes, RunsThePllsOfItsLanesAlone) {
 }
 
 TEST_P(SxbInstanceOfRandomLanes, AnswersTheSameEachTime) {
-    const PackingRequest request = randomRequest();
+    const PackingRequest request = randomRequest(random, {2.5, 5.0, 10.3125, 12.5, 16.0});
     const auto attributes = made(request)->getAttributes();
     EXPECT_EQ(made(request)->getAttributes(), attributes);
     EXPECT_EQ(made(request)->getOutClkFrequencies(), made(request)->getOutClkFrequencies());
@@ -360,3 +230,9 @@ INSTANTIATE_TEST_SUITE_P(Seeds, SxbInstanceOfRandomLanes, testing::Range(0U, 12U
 
 }  // namespace
 }  // namespace sable_lanecfg
+
+namespace lanecfg_test {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Sxb, PackedQuad, sable_lanecfg::SxbInstance);
+
+}  // namespace lanecfg_test

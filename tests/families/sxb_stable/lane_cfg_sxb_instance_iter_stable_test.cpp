@@ -1,92 +1,49 @@
 #include "families/frozen/lane_cfg_sxb_instance_iter_stable.h"
 
-#include "support/captured_messages.h"
+#include "families/common/packed_quad_tests.h"
 #include "support/environment_variable.h"
-#include "support/packing_request.h"
-#include "support/quad_usage.h"
+#include "support/family_instance.h"
 #include "support/reference_data.h"
 #include "support/temporary_directory.h"
-
-#include <lanecfg/lane_cfg_ip_mgr.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <memory>
 #include <random>
 #include <string>
-#include <vector>
 
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::CapturedMessages;
+using lanecfg_test::InstanceMaker;
 using lanecfg_test::noVcoText;
+using lanecfg_test::numberOfRule;
+using lanecfg_test::oneLane;
+using lanecfg_test::oneLaneAt;
 using lanecfg_test::PackingRequest;
-using lanecfg_test::QuadUsage;
+using lanecfg_test::randomRequest;
 using lanecfg_test::rateOf;
-using lanecfg_test::RateSettings;
 using lanecfg_test::receive;
 using lanecfg_test::tenGigabitEthernet;
 using lanecfg_test::textsOf;
 using lanecfg_test::transmit;
+using lanecfg_test::valueIn;
 using testing::Contains;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Key;
 using testing::MatchesRegex;
 using testing::Not;
 using testing::SizeIs;
 
-class SxbStableInstance : public testing::Test {
+class SxbStableInstance : public lanecfg_test::InstanceTest<lane_cfg_sxb_instance_iter_stable> {
   protected:
-    std::unique_ptr<lane_cfg_sxb_instance_iter_stable> made(const PackingRequest& request) const {
-        return made(request, database);
-    }
-
-    std::unique_ptr<lane_cfg_sxb_instance_iter_stable> made(const PackingRequest& request,
-                                                            const gt_db_load& content) const {
-        return std::make_unique<lane_cfg_sxb_instance_iter_stable>(
-            "quad", request.channels, quads.quads, content.m_paramTypes, request.userParams,
-            content.m_fields, deviceData);
-    }
-
-    static PackingRequest oneLane(int lane = 0,
-                                  const RateSettings& settings = tenGigabitEthernet()) {
-        PackingRequest request;
-        request.addBoth(lane, {settings});
-        return request;
-    }
-
-    template <class Value>
-    static Value valueIn(const lane_cfg_instance_iter_stable& instance, std::size_t lane,
-                         const std::string& name, std::size_t pass = 0) {
-        return boost::get<Value>(instance.blockVarMap.at(lane).at(pass).at(name).value);
-    }
-
-    const gt_db_load database = lanecfg_test::referenceDatabase("SXB-stable");
-    std::map<std::string, std::vector<std::string>> deviceData = database.m_deviceData;
-    QuadUsage quads;
-    CapturedMessages messages;
+    SxbStableInstance() : InstanceTest("SXB", "SXB-stable") {}
 };
 
-TEST_F(SxbStableInstance, KnowsItsNameFamilyAndQuads) {
-    quads.add("TX_QUAD_CH", "TXQUAD_0", {"a.0", "a.1", "a.2", "a.3"}, {});
-    const auto instance = made(PackingRequest());
-    EXPECT_EQ(instance->instanceName, "quad");
-    EXPECT_EQ(instance->ipName, "quad");
-    EXPECT_EQ(instance->familyName, "SXB");
-    EXPECT_EQ(instance->family, "SXB");
-    EXPECT_EQ(instance->quadsUsage, quads.quads);
-}
-
 TEST_F(SxbStableInstance, IsWhatTheManagerMakes) {
-    const PackingRequest request = oneLane();
-    const std::unique_ptr<lane_cfg_instance_iter_stable> instance(
-        lane_cfg_ip_mgr::createLaneCfgIterStableInstance("quad", "SXB", request.channels, {},
-                                                         database.m_paramTypes, request.userParams,
-                                                         database.m_fields, database.m_deviceData));
+    const InstanceMaker<lane_cfg_instance_iter_stable> manager("SXB", "SXB-stable");
+    const auto instance = manager.made(oneLane());
     ASSERT_NE(instance, nullptr);
     EXPECT_EQ(instance->familyName, "SXB");
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV"), 66U);
@@ -94,17 +51,14 @@ TEST_F(SxbStableInstance, IsWhatTheManagerMakes) {
 
 TEST_F(SxbStableInstance, RegistersReceiveThenTransmitThenPllRules) {
     const auto instance = made(PackingRequest());
-    const auto numberOf = [&instance](const std::string& name) {
-        return instance->varMap.at(name).ruleNumber.value_or(-1);
-    };
-    EXPECT_EQ(numberOf("RX_PCS_CFG0.RX_DATA_WIDTH"), 0);
-    EXPECT_EQ(numberOf("TX_PCS_CFG0.TX_DATA_WIDTH"), 827);
-    EXPECT_EQ(numberOf("INT_LCPLL_PLLCLKOUT_VECTOR"), 827 + 198);
-    EXPECT_EQ(numberOf("MEMCELLX0F13"), 827 + 198 + 804 - 1);
+    EXPECT_EQ(numberOfRule(*instance, "RX_PCS_CFG0.RX_DATA_WIDTH"), 0);
+    EXPECT_EQ(numberOfRule(*instance, "TX_PCS_CFG0.TX_DATA_WIDTH"), 827);
+    EXPECT_EQ(numberOfRule(*instance, "INT_LCPLL_PLLCLKOUT_VECTOR"), 827 + 198);
+    EXPECT_EQ(numberOfRule(*instance, "MEMCELLX0F13"), 827 + 198 + 804 - 1);
 }
 
 TEST_F(SxbStableInstance, GivesTheRulesTheReceiversPllAlone) {
-    const auto instance = made(oneLane(0, tenGigabitEthernet("R3")));
+    const auto instance = made(oneLane(tenGigabitEthernet("R3")));
     EXPECT_THAT(instance->packedChannels, IsEmpty());
     EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_VCO"), 10.3125);
     EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_REFCLK_FREQUENCY"), 156.25);
@@ -124,15 +78,6 @@ TEST_F(SxbStableInstance, PowersTheRpllDownForAReceiverOnTheLcpll) {
     EXPECT_EQ(valueIn<double>(*instance, 0, "INT_RPLL_PLLCLKOUT"), 0.0);
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "A_CFG3.A_HS0_RPLLPD"), 1U);
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "A_CFG2.A_HS0_LCPLLPD"), 0U);
-}
-
-TEST_F(SxbStableInstance, KeepsTheOutcomeOfThePacking) {
-    const auto instance = made(oneLane(0, tenGigabitEthernet("R3")));
-    const auto& numbers = instance->intersectedCoordinates.at("DUAL_0").at("A").at("LCPLL");
-    EXPECT_THAT(numbers.at("pllClkFreqs"), ElementsAre(ElementsAre(10.3125)));
-    const auto& texts =
-        instance->refclkSourceIntersectedCoordinates.at("DUAL_0").at("A").at("LCPLL");
-    EXPECT_THAT(texts.at("refclkSources"), ElementsAre(ElementsAre("R3")));
 }
 
 TEST_F(SxbStableInstance, PowersThePllDownOfARequestThatDoesNotPack) {
@@ -196,10 +141,8 @@ TEST_F(SxbStableInstance, TakesTheRatesOfAPcieLinkFromTheRequest) {
 }
 
 TEST_F(SxbStableInstance, LeavesTheDividersIdleForAClockThatOnlyAFractionMakes) {
-    RateSettings settings = tenGigabitEthernet();
     // 10709.225 MHz are 68.53904 times the reference clock.
-    settings.lineRate = 10.709225;
-    const auto instance = made(oneLane(0, settings));
+    const auto instance = made(oneLaneAt({10.709225}));
     EXPECT_THAT(instance->packedChannels, IsEmpty());
     EXPECT_THAT(messages.records(), IsEmpty());
     EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_VCO"), 10.709225);
@@ -241,12 +184,11 @@ TEST_F(SxbStableInstance, StartsThePassOfAnIdleLaneWithoutAClock) {
 }
 
 TEST_F(SxbStableInstance, StartsThePassWithoutAClockAlsoWhenTheDatabaseHasNoSuchParameter) {
-    gt_db_load content = lanecfg_test::referenceDatabase("SXB-stable");
     for (const char* const name :
          {"RX_PLL_VCO", "RX_PLL_REFCLK_FREQUENCY", "RX_PLL_POWERDOWN", "RX_PLL_REFCLK_SOURCE"}) {
-        EXPECT_EQ(content.m_paramTypes.erase(name), 1U);
+        EXPECT_EQ(database.m_paramTypes.erase(name), 1U);
     }
-    const auto instance = made(oneLane(), content);
+    const auto instance = made(oneLane());
     EXPECT_EQ(valueIn<double>(*instance, 0, "RX_PLL_VCO"), 10.3125);
     EXPECT_EQ(valueIn<double>(*instance, 1, "RX_PLL_VCO"), 0.0);
     EXPECT_TRUE(valueIn<bool>(*instance, 1, "RX_PLL_POWERDOWN"));
@@ -255,19 +197,14 @@ TEST_F(SxbStableInstance, StartsThePassWithoutAClockAlsoWhenTheDatabaseHasNoSuch
 
 TEST_F(SxbStableInstance, SolvesEachRateForItself) {
     // 66 and 90 times 156.25 MHz.
-    RateSettings faster = tenGigabitEthernet();
-    faster.lineRate = 14.0625;
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet(), faster});
-    const auto instance = made(request);
+    const auto instance = made(oneLaneAt({10.3125, 14.0625}));
     ASSERT_THAT(instance->blockVarMap[0], SizeIs(2));
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV", 0), 66U);
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV", 1), 90U);
 }
 
 TEST_F(SxbStableInstance, CountsRatesAndFindsTheirGroupsWhenAsked) {
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet(), tenGigabitEthernet()});
+    PackingRequest request = oneLaneAt({10.3125, 10.3125});
     request.channels.front().group = "G";
     const auto instance = made(request);
     EXPECT_EQ(instance->numberOfRatesForThisChannel(transmit, 0), 2);
@@ -278,45 +215,13 @@ TEST_F(SxbStableInstance, CountsRatesAndFindsTheirGroupsWhenAsked) {
     EXPECT_EQ(instance->groupsOfRates().at(receive).at(3).at(0), "G");
 }
 
-TEST_F(SxbStableInstance, GivesTheRulesThePositionsInTheQuad) {
-    quads.add("TX_QUAD_CH", "TXQUAD_0", {"a.0", "a.1", "b.0", "undef"}, {"1", "0", "1", "0"});
-    PackingRequest request;
-    for (int lane = 0; lane < 3; ++lane) {
-        request.addBoth(lane, {tenGigabitEthernet()});
-    }
-    const auto instance = made(request);
-    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "bottom");
-    EXPECT_EQ(valueIn<std::string>(*instance, 1, "TX_PIPE_POSITION"), "top");
-    EXPECT_EQ(valueIn<std::string>(*instance, 1, "TX_CH0_SYNCDONE_POSITION"), "IM");
-    EXPECT_EQ(valueIn<std::string>(*instance, 2, "TX_PIPE_POSITION"), "single");
-}
-
-TEST_F(SxbStableInstance, WithoutQuadsLeavesThePositionsAtTheirDefaults) {
-    const auto instance = made(oneLane());
-    EXPECT_EQ(valueIn<std::string>(*instance, 0, "TX_PIPE_POSITION"), "single");
-    EXPECT_EQ(valueIn<std::string>(*instance, 0, "RX_CH3_RESETDONE_POSITION"), "single");
-}
-
-TEST_F(SxbStableInstance, TellsTheUserOfAFaultInThePackingAndGoesOn) {
-    PackingRequest request = oneLane();
-    request.parametersAt(transmit, 0).erase("TX_REFCLK_SOURCE");
-    const auto instance = made(request);
-    EXPECT_THAT(
-        messages.texts(0x20000000),
-        Contains(MatchesRegex("Exception caught TX_REFCLK_SOURCE is missing in TX of lane 0 "
-                              "at rate 0 at [0-9]+ of file ip/rule_engine/gt_rule_engine/"
-                              "src/gt_quad_packing\\.")));
-    EXPECT_THAT(instance->blockVarMap, SizeIs(4));
-}
-
 TEST_F(SxbStableInstance, TellsTheUserOfAFaultInTheValuesAndGoesOn) {
-    gt_db_load content = lanecfg_test::referenceDatabase("SXB-stable");
-    content.m_paramTypes["RX_PLL_TYPE"].type = "list";
+    database.m_paramTypes["RX_PLL_TYPE"].type = "list";
     PackingRequest request = oneLane();
     request.addBoth(1, {tenGigabitEthernet()});
     request.parametersAt(receive, 0).erase("RX_PLL_TYPE");
     // The rules ask for the type too, and nothing has it.
-    EXPECT_THROW(made(request, content), std::string);
+    EXPECT_THROW(made(request), std::string);
     EXPECT_THAT(messages.texts(0x20000000),
                 Contains(MatchesRegex("Exception caught RX_PLL_TYPE is missing in RX of lane 0 at "
                                       "rate 0 at [0-9]+ of file ip/rule_engine/gt_rule_engine/src/"
@@ -325,13 +230,8 @@ TEST_F(SxbStableInstance, TellsTheUserOfAFaultInTheValuesAndGoesOn) {
 
 TEST_F(SxbStableInstance, RefusesADatabaseWithFieldsThatItsRulesDoNotWrite) {
     // That of the current rules has fields that only they write.
-    EXPECT_THROW(made(oneLane(), lanecfg_test::referenceDatabase("SXB")), boost::bad_get);
-}
-
-TEST_F(SxbStableInstance, PassesOnTheExceptionOfARule) {
-    PackingRequest request = oneLane();
-    request.parametersAt(transmit, 0)["TX_LINE_RATE"] = 10U;
-    EXPECT_THROW(made(request), boost::bad_get);
+    database.m_fields = lanecfg_test::referenceDatabase("SXB").m_fields;
+    EXPECT_THROW(made(oneLane()), boost::bad_get);
 }
 
 TEST_F(SxbStableInstance, ReportsNoOutputClock) {
@@ -340,7 +240,7 @@ TEST_F(SxbStableInstance, ReportsNoOutputClock) {
 
 TEST_F(SxbStableInstance, TakesTheDualsPllFromItsFirstLaneAlsoWhenOnlyTheSecondUsesIt) {
     const std::map<std::string, std::string> answer =
-        made(oneLane(1, tenGigabitEthernet("R2")))->getAttributes();
+        made(oneLane(tenGigabitEthernet("R2"), 1))->getAttributes();
     // Lane 0, which is idle, stands at R0, has the dividers of before the first pass, and its LCPLL
     // is powered down.
     EXPECT_EQ(answer.at("HS0_LCPLL_IPS_REFCLK_SEL"), "1");
@@ -363,7 +263,7 @@ TEST_F(SxbStableInstance, HoldsTheFrozenFirmwareOnEverySilicon) {
     const std::string firmware =
         lanecfg_test::readFile(lanecfg_test::dataFolder() / "firmware" / "frozen.mem");
     for (const char* const revision : {"es1", "ES1", "es2", ""}) {
-        deviceData["siliconRev"] = {revision};
+        database.m_deviceData["siliconRev"] = {revision};
         const auto instance = made(oneLane());
         std::map<std::string, std::string> image = instance->getMemContent();
         ASSERT_THAT(image, SizeIs(6));
@@ -382,34 +282,11 @@ TEST_F(SxbStableInstance, HoldsTheFrozenFirmwareOnEverySilicon) {
 class SxbStableInstanceOfRandomLanes : public SxbStableInstance,
                                        public testing::WithParamInterface<unsigned int> {
   protected:
-    template <class Element>
-    Element oneOf(const std::vector<Element>& elements) {
-        return elements[std::uniform_int_distribution<std::size_t>(0, elements.size() - 1)(random)];
-    }
-
-    PackingRequest randomRequest() {
-        PackingRequest request;
-        for (int lane = 0; lane < 4; ++lane) {
-            std::vector<RateSettings> rates(oneOf<std::size_t>({0, 1, 2, 3}));
-            for (RateSettings& rate : rates) {
-                rate =
-                    rateOf(oneOf<double>({2.5, 5.0, 10.3125, 14.0625, 16.0}),
-                           oneOf<std::string>({"LCPLL", "RPLL"}),
-                           oneOf<double>({100.0, 125.0, 156.25}), oneOf<std::string>({"R0", "R1"}));
-                rate.group = std::to_string(lane);
-            }
-            if (!rates.empty()) {
-                request.addBoth(lane, rates, "PIN" + std::to_string(lane));
-            }
-        }
-        return request;
-    }
-
     std::mt19937 random{GetParam()};
 };
 
 TEST_P(SxbStableInstanceOfRandomLanes, HavePllsThatAreDownExactlyWithoutAClock) {
-    const auto instance = made(randomRequest());
+    const auto instance = made(randomRequest(random, {2.5, 5.0, 10.3125, 14.0625, 16.0}));
     for (const auto& passes : instance->blockVarMap) {
         for (const variableMap& pass : passes) {
             const auto clock = boost::get<double>(pass.at("RX_PLL_VCO").value);
@@ -427,3 +304,9 @@ INSTANTIATE_TEST_SUITE_P(Seeds, SxbStableInstanceOfRandomLanes, testing::Range(0
 
 }  // namespace
 }  // namespace sable_lanecfg
+
+namespace lanecfg_test {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(SxbStable, PackedQuad, sable_lanecfg::SxbStableInstance);
+
+}  // namespace lanecfg_test

@@ -1,4 +1,3 @@
-#include "support/captured_messages.h"
 #include "support/reference_data.h"
 #include "support/worked_request.h"
 
@@ -16,19 +15,17 @@
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::CapturedMessages;
 using lanecfg_test::feedbackWord;
 using lanecfg_test::idleDivider;
 using lanecfg_test::initialiseBundledRequest;
 using lanecfg_test::resetWord;
+using lanecfg_test::WorkedFrozenRequest;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 using textMap = std::map<std::string, std::string>;
-
-const char* const instanceName = "quad_0";
 
 /// Maps 7 to 0, which hold their numbers, in steps of three bits from bit 4 on, and the selector at
 /// bit 1.
@@ -40,45 +37,9 @@ unsigned long memoryCell(unsigned long selector) {
     return word;
 }
 
-class SxbStableRequest : public testing::Test {
+class SxbStableTenGigabitRequest : public WorkedFrozenRequest {
   protected:
-    explicit SxbStableRequest(const std::string& request) {
-        initialiseBundledRequest(instanceName, request);
-    }
-    ~SxbStableRequest() override { lane_cfg_ip_mgr::releaseData(instanceName); }
-
-    static lane_cfg_instance_iter_stable& instance() {
-        return *lane_cfg_ip_mgr::getIterStableIPInstance(instanceName);
-    }
-
-    static textMap attributes() {
-        return lane_cfg_ip_mgr::getAttributes(instanceName, "SXB", "stable");
-    }
-
-    static unsigned long word(const std::string& name) { return std::stoul(attributes().at(name)); }
-
-    /// A field of a lane in each of its passes.
-    static std::vector<unsigned int> ofPasses(std::size_t lane, const std::string& field) {
-        std::vector<unsigned int> values;
-        for (const auto& pass : instance().blockVarMap.at(lane)) {
-            values.push_back(boost::get<unsigned int>(pass.at(field).value));
-        }
-        return values;
-    }
-
-    void expectPacked() const {
-        EXPECT_THAT(instance().packedChannels, IsEmpty());
-        for (const unsigned severity : {0x20000000U, 0x10000000U, 0x8000000U}) {
-            EXPECT_THAT(messages.texts(severity), IsEmpty());
-        }
-    }
-
-    CapturedMessages messages;
-};
-
-class SxbStableTenGigabitRequest : public SxbStableRequest {
-  protected:
-    SxbStableTenGigabitRequest() : SxbStableRequest("sxb_stable_10gbase_r") {}
+    SxbStableTenGigabitRequest() : WorkedFrozenRequest("sxb_stable_10gbase_r") {}
 };
 
 TEST_F(SxbStableTenGigabitRequest, PacksAndRunsOnePassForEachLane) {
@@ -127,7 +88,7 @@ TEST_F(SxbStableTenGigabitRequest, TakesTheMiddleBandOfThePhaseInterpolators) {
 }
 
 TEST_F(SxbStableTenGigabitRequest, ReportsNoClockAndHoldsTheFrozenImage) {
-    EXPECT_THAT(lane_cfg_ip_mgr::getOutClkFrequencies(instanceName, "SXB", "stable"), IsEmpty());
+    EXPECT_THAT(outputClocks(), IsEmpty());
     const textMap image = lane_cfg_ip_mgr::getMemContent(instanceName, "SXB", "stable");
     EXPECT_THAT(image, SizeIs(6));
     EXPECT_EQ(image.count("@0001038c"), 1U);
@@ -151,9 +112,9 @@ TEST_F(SxbStableTenGigabitRequest, StandsBesideTheCurrentRulesUnderOneName) {
     EXPECT_THAT(lane_cfg_ip_mgr::getMemContent(instanceName, "SXB", "stable"), SizeIs(6));
 }
 
-class SxbStableMultiRateRequest : public SxbStableRequest {
+class SxbStableMultiRateRequest : public WorkedFrozenRequest {
   protected:
-    SxbStableMultiRateRequest() : SxbStableRequest("sxb_stable_multi_rate") {}
+    SxbStableMultiRateRequest() : WorkedFrozenRequest("sxb_stable_multi_rate") {}
 };
 
 TEST_F(SxbStableMultiRateRequest, PacksAndRunsTogetherOrApart) {
@@ -163,21 +124,21 @@ TEST_F(SxbStableMultiRateRequest, PacksAndRunsTogetherOrApart) {
 
 TEST_F(SxbStableMultiRateRequest, SolvesTheLcpllForEachRate) {
     // 10312.5 and 14062.5 MHz over 156.25 MHz.
-    EXPECT_THAT(ofPasses(0, "INT_LCPLL_FBDIV"), ElementsAre(66U, 90U));
-    EXPECT_THAT(ofPasses(0, "INT_LCPLL_REF_DIV"), Each(1U));
+    EXPECT_THAT(fieldOfPasses(0, "INT_LCPLL_FBDIV"), ElementsAre(66U, 90U));
+    EXPECT_THAT(fieldOfPasses(0, "INT_LCPLL_REF_DIV"), Each(1U));
     // Twice the clock over the rate: code 1 of a divider of 2.
-    EXPECT_THAT(ofPasses(0, "PIPE_CTRL_CFG3.RXOUT_DIV"), Each(1U));
+    EXPECT_THAT(fieldOfPasses(0, "PIPE_CTRL_CFG3.RXOUT_DIV"), Each(1U));
     // Bands below and above 12 GHz.
-    EXPECT_THAT(ofPasses(0, "CHCLK_RXPI_CFG.RXPI_BAND_SEL"), ElementsAre(2U, 3U));
+    EXPECT_THAT(fieldOfPasses(0, "CHCLK_RXPI_CFG.RXPI_BAND_SEL"), ElementsAre(2U, 3U));
 }
 
 TEST_F(SxbStableMultiRateRequest, DividesTheRpllForDataByEighty) {
     // 5000 MHz is 40 times 125 MHz, which the list for data has as 80 over 2.
-    EXPECT_THAT(ofPasses(2, "INT_RPLL_FBDIV"), Each(80U));
-    EXPECT_THAT(ofPasses(2, "INT_RPLL_REF_DIV"), Each(2U));
+    EXPECT_THAT(fieldOfPasses(2, "INT_RPLL_FBDIV"), Each(80U));
+    EXPECT_THAT(fieldOfPasses(2, "INT_RPLL_REF_DIV"), Each(2U));
     // Transmit rate outer, receive rate inner: twice 5 GHz over 5 and 2.5 Gb/s.
-    EXPECT_THAT(ofPasses(2, "PIPE_CTRL_CFG3.TXOUT_DIV"), ElementsAre(1U, 1U, 2U, 2U));
-    EXPECT_THAT(ofPasses(2, "PIPE_CTRL_CFG3.RXOUT_DIV"), ElementsAre(1U, 2U, 1U, 2U));
+    EXPECT_THAT(fieldOfPasses(2, "PIPE_CTRL_CFG3.TXOUT_DIV"), ElementsAre(1U, 1U, 2U, 2U));
+    EXPECT_THAT(fieldOfPasses(2, "PIPE_CTRL_CFG3.RXOUT_DIV"), ElementsAre(1U, 2U, 1U, 2U));
 }
 
 TEST_F(SxbStableMultiRateRequest, HasTheWordsOfBothDuals) {

@@ -1,33 +1,30 @@
-#include "support/captured_messages.h"
-#include "support/packing_request.h"
-#include "support/quad_usage.h"
+#include "support/family_instance.h"
 #include "support/reference_data.h"
 #include "support/temporary_directory.h"
-
-#include <lanecfg/lane_cfg_ip_mgr.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace sable_lanecfg {
 namespace {
 
-using lanecfg_test::CapturedMessages;
+using lanecfg_test::InstanceMaker;
 using lanecfg_test::noVcoText;
+using lanecfg_test::numberOfRule;
+using lanecfg_test::oneLane;
+using lanecfg_test::oneLaneAt;
 using lanecfg_test::PackingRequest;
-using lanecfg_test::QuadUsage;
 using lanecfg_test::rateOf;
 using lanecfg_test::RateSettings;
 using lanecfg_test::receive;
 using lanecfg_test::tenGigabitEthernet;
 using lanecfg_test::textsOf;
 using lanecfg_test::transmit;
-using lanecfg_test::withReceiveBuffer;
+using lanecfg_test::valueIn;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -35,49 +32,22 @@ using testing::MatchesRegex;
 using testing::SizeIs;
 using namespace std::string_literals;
 
-class SxcInstance : public testing::Test {
+/// Lane 1 only transmits, lane 2 only receives.
+PackingRequest halfUsedLanes() {
+    PackingRequest request;
+    request.add(transmit, 1, {tenGigabitEthernet()}).add(receive, 2, {tenGigabitEthernet()});
+    return request;
+}
+
+RateSettings onRpll() {
+    RateSettings settings = tenGigabitEthernet();
+    settings.pll = "RPLL";
+    return settings;
+}
+
+class SxcInstance : public lanecfg_test::InstanceTest<lane_cfg_instance> {
   protected:
-    std::unique_ptr<lane_cfg_instance> made(const PackingRequest& request) const {
-        return made(request, "SXC", database, deviceData);
-    }
-
-    std::unique_ptr<lane_cfg_instance> made(
-        const PackingRequest& request, const std::string& family, const gt_db_load& content,
-        const std::map<std::string, std::vector<std::string>>& settings) const {
-        return std::unique_ptr<lane_cfg_instance>(lane_cfg_ip_mgr::createLaneCfgInstance(
-            "quad", family, request.channels, quads.quads, content.m_paramTypes,
-            withReceiveBuffer(request.userParams), content.m_fields, settings));
-    }
-
-    static PackingRequest oneLane(const RateSettings& settings = tenGigabitEthernet()) {
-        PackingRequest request;
-        request.addBoth(0, {settings});
-        return request;
-    }
-
-    /// Lane 1 only transmits, lane 2 only receives.
-    static PackingRequest halfUsedLanes() {
-        PackingRequest request;
-        request.add(transmit, 1, {tenGigabitEthernet()}).add(receive, 2, {tenGigabitEthernet()});
-        return request;
-    }
-
-    static RateSettings onRpll() {
-        RateSettings settings = tenGigabitEthernet();
-        settings.pll = "RPLL";
-        return settings;
-    }
-
-    template <class Value>
-    static Value valueIn(const lane_cfg_instance& instance, std::size_t lane,
-                         const std::string& name, std::size_t pass = 0) {
-        return boost::get<Value>(instance.blockVarMap.at(lane).at(pass).at(name).value);
-    }
-
-    const gt_db_load database = lanecfg_test::referenceDatabase("SXC");
-    std::map<std::string, std::vector<std::string>> deviceData = database.m_deviceData;
-    QuadUsage quads;
-    CapturedMessages messages;
+    SxcInstance() : InstanceTest("SXC") {}
 };
 
 TEST_F(SxcInstance, IsWhatTheManagerMakesOfTheFamilyWord) {
@@ -89,22 +59,16 @@ TEST_F(SxcInstance, IsWhatTheManagerMakesOfTheFamilyWord) {
 }
 
 TEST_F(SxcInstance, HasNoFrozenRules) {
-    const PackingRequest request = oneLane();
-    EXPECT_EQ(lane_cfg_ip_mgr::createLaneCfgIterStableInstance(
-                  "quad", "SXC", request.channels, {}, database.m_paramTypes, request.userParams,
-                  database.m_fields, database.m_deviceData),
-              nullptr);
+    const InstanceMaker<lane_cfg_instance_iter_stable> frozen("SXC");
+    EXPECT_EQ(frozen.made(oneLane()), nullptr);
 }
 
 TEST_F(SxcInstance, RegistersReceiveThenTransmitThenPllRules) {
     const auto instance = made(PackingRequest());
-    const auto numberOf = [&instance](const std::string& name) {
-        return instance->varMap.at(name).ruleNumber.value_or(-1);
-    };
-    EXPECT_EQ(numberOf("RX_PCS_CFG0.RX_DATA_WIDTH"), 0);
-    EXPECT_EQ(numberOf("TX_PCS_CFG0.TX_DATA_WIDTH"), 814);
-    EXPECT_EQ(numberOf("INT_LCPLL_PLLCLKOUT_VECTOR"), 814 + 198);
-    EXPECT_EQ(numberOf("RPLL_REFCLK_IPS"), 814 + 198 + 936 - 1);
+    EXPECT_EQ(numberOfRule(*instance, "RX_PCS_CFG0.RX_DATA_WIDTH"), 0);
+    EXPECT_EQ(numberOfRule(*instance, "TX_PCS_CFG0.TX_DATA_WIDTH"), 814);
+    EXPECT_EQ(numberOfRule(*instance, "INT_LCPLL_PLLCLKOUT_VECTOR"), 814 + 198);
+    EXPECT_EQ(numberOfRule(*instance, "RPLL_REFCLK_IPS"), 814 + 198 + 936 - 1);
 }
 
 TEST_F(SxcInstance, GivesTheRulesWhatThePackingFound) {
@@ -169,11 +133,7 @@ TEST_F(SxcInstance, WithoutQuadsLeavesThePositionsAtTheirDefaults) {
 }
 
 TEST_F(SxcInstance, CountsTheRatesOfItsLanes) {
-    RateSettings faster = tenGigabitEthernet();
-    faster.lineRate = 12.5;
-    PackingRequest request;
-    request.addBoth(0, {tenGigabitEthernet(), faster});
-    const auto instance = made(request);
+    const auto instance = made(oneLaneAt({10.3125, 12.5}));
     ASSERT_THAT(instance->blockVarMap[0], SizeIs(2));
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "INT_LCPLL_FBDIV", 1), 80U);
     EXPECT_EQ(valueIn<unsigned>(*instance, 0, "MAX_RATE"), 1U);
@@ -182,11 +142,7 @@ TEST_F(SxcInstance, CountsTheRatesOfItsLanes) {
 }
 
 TEST_F(SxcInstance, ReportsTheFastestOutputClocks) {
-    RateSettings half = tenGigabitEthernet();
-    half.lineRate = 5.15625;
-    PackingRequest request;
-    request.addBoth(0, {half, tenGigabitEthernet()});
-    const auto clocks = made(request)->getOutClkFrequencies();
+    const auto clocks = made(oneLaneAt({5.15625, 10.3125}))->getOutClkFrequencies();
     // A coded word of 80 bits at 10.3125 Gb/s comes at 128.90625 MHz.
     EXPECT_EQ(clocks.at("CH0_TXOUTCLK"), "128.906");
     EXPECT_EQ(clocks.at("CH0_RXOUTCLK"), "128.906");
@@ -248,8 +204,8 @@ TEST_F(SxcInstance, TellsThePllOfEachDirection) {
 }
 
 TEST_F(SxcInstance, KeepsDirectionsOutOfUsePoweredAsSxbDoesNot) {
-    const gt_db_load other = lanecfg_test::referenceDatabase("SXB");
-    const auto ofSxb = made(halfUsedLanes(), "SXB", other, other.m_deviceData);
+    const InstanceMaker<lane_cfg_instance> sxbQuads("SXB");
+    const auto ofSxb = sxbQuads.made(halfUsedLanes());
     const auto ofSxc = made(halfUsedLanes());
     const auto expectField = [&](std::size_t lane, const std::string& name, unsigned sxb,
                                  unsigned sxc) {
@@ -291,16 +247,14 @@ TEST_F(SxcInstance, KeepsTheLowBitsOfALatencyThatItsFieldCannotHold) {
 TEST_F(SxcInstance, AnswersTheSameOnEverySilicon) {
     const std::map<std::string, std::string> answer = made(oneLane())->getAttributes();
     for (const char* const revision : {"es1", "ES1", "es2"}) {
-        deviceData["siliconRev"] = {revision};
+        database.m_deviceData["siliconRev"] = {revision};
         EXPECT_EQ(made(oneLane())->getAttributes(), answer) << revision;
     }
 }
 
 TEST_F(SxcInstance, LeavesAnInstanceOfSxbAlone) {
-    const gt_db_load other = lanecfg_test::referenceDatabase("SXB");
-    const auto attributesOfSxb = [&] {
-        return made(oneLane(), "SXB", other, other.m_deviceData)->getAttributes();
-    };
+    const InstanceMaker<lane_cfg_instance> sxbQuads("SXB");
+    const auto attributesOfSxb = [&sxbQuads] { return sxbQuads.made(oneLane())->getAttributes(); };
     const auto alone = attributesOfSxb();
     const auto instance = made(oneLane());
     EXPECT_EQ(attributesOfSxb(), alone);
@@ -338,7 +292,7 @@ TEST_F(SxcMemoryImage, HoldsTheFirmwareOfTheFamily) {
 
 TEST_F(SxcMemoryImage, IsTheSameOnEverySilicon) {
     for (const char* const revision : {"es1", "ES1", "ES2", ""}) {
-        deviceData["siliconRev"] = {revision};
+        database.m_deviceData["siliconRev"] = {revision};
         EXPECT_TRUE(fileOf(made(oneLane())->getMemContent()) == firmware()) << revision;
     }
 }

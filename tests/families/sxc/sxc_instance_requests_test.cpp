@@ -19,20 +19,12 @@ using lanecfg_test::resetWord;
 using lanecfg_test::syncDoneWord;
 using testing::Each;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pair;
 using testing::SizeIs;
 
 class SxcRequest : public lanecfg_test::WorkedRequest {
   protected:
     using WorkedRequest::WorkedRequest;
-
-    void expectPacked() const {
-        EXPECT_THAT(instance().packedChannels, IsEmpty());
-        for (const unsigned severity : {0x20000000U, 0x10000000U, 0x8000000U}) {
-            EXPECT_THAT(messages.texts(severity), IsEmpty());
-        }
-    }
 
     /// Words of the rate table in hexadecimal digits.
     static std::vector<std::string> tableWords() {

@@ -1,11 +1,10 @@
+#include "support/family_instance.h"
 #include "support/reference_data.h"
 #include "sxd4_passes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -14,6 +13,7 @@ namespace sable_lanecfg {
 namespace {
 
 using lanecfg_test::BlockRates;
+using lanecfg_test::numberOfRule;
 using lanecfg_test::referenceDatabase;
 using lanecfg_test::sxd4Instance;
 using lanecfg_test::VariableValues;
@@ -67,15 +67,12 @@ TEST(Sxd4Instance, KnowsItsNames) {
 
 TEST(Sxd4Instance, NumbersReceiveTransmitAndPllRules) {
     const auto instance = sxd4Instance({});
-    const auto numberOf = [&instance](const std::string& name) {
-        return instance->varMap.at(name).ruleNumber.value_or(-1);
-    };
-    EXPECT_EQ(numberOf("RX_APT_CFG21B.NRZFORM"), 0);
-    EXPECT_EQ(numberOf("RX_PCS_CFG1"), 567);
-    EXPECT_EQ(numberOf("TX_ANA_CFG1.CTL_PAM2_HIBT"), 568);
-    EXPECT_EQ(numberOf("TX_PCS_CFG1"), 675);
-    EXPECT_EQ(numberOf("INT_TX_BAUD_RATE"), 676);
-    EXPECT_EQ(numberOf("RXPMARESETMASK"), 1046);
+    EXPECT_EQ(numberOfRule(*instance, "RX_APT_CFG21B.NRZFORM"), 0);
+    EXPECT_EQ(numberOfRule(*instance, "RX_PCS_CFG1"), 567);
+    EXPECT_EQ(numberOfRule(*instance, "TX_ANA_CFG1.CTL_PAM2_HIBT"), 568);
+    EXPECT_EQ(numberOfRule(*instance, "TX_PCS_CFG1"), 675);
+    EXPECT_EQ(numberOfRule(*instance, "INT_TX_BAUD_RATE"), 676);
+    EXPECT_EQ(numberOfRule(*instance, "RXPMARESETMASK"), 1046);
 }
 
 TEST(Sxd4Instance, IsNotPacked) {

@@ -1,37 +1,29 @@
-#include "support/packing_request.h"
-#include "support/reference_data.h"
+#include "support/family_instance.h"
 
 #include <lanecfg/family_rules.h>
-#include <lanecfg/lane_cfg_ip_mgr.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 namespace sable_lanecfg {
 namespace {
 
+using lanecfg_test::oneLane;
 using lanecfg_test::PackingRequest;
 using lanecfg_test::rateOf;
+using lanecfg_test::valueIn;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class Sxd4StableInstance : public testing::Test {
+class Sxd4StableInstance : public lanecfg_test::InstanceTest<lane_cfg_instance_iter_stable> {
   protected:
-    std::unique_ptr<lane_cfg_instance_iter_stable> made(const PackingRequest& request) const {
-        return std::unique_ptr<lane_cfg_instance_iter_stable>(
-            lane_cfg_ip_mgr::createLaneCfgIterStableInstance(
-                "dual", "SXD4", request.channels, {}, database.m_paramTypes, request.userParams,
-                database.m_fields, database.m_deviceData));
-    }
-
-    const gt_db_load database = lanecfg_test::referenceDatabase("SXD4");
+    Sxd4StableInstance() : InstanceTest("SXD4") {}
 };
 
 TEST_F(Sxd4StableInstance, IsWhatTheManagerMakesOfTheFamilyWord) {
-    const auto instance = made(PackingRequest());
+    const auto instance = made(PackingRequest(), "dual");
     ASSERT_NE(instance, nullptr);
     EXPECT_EQ(instance->instanceName, "dual");
     EXPECT_EQ(instance->familyName, "SXD4");
@@ -53,14 +45,12 @@ TEST_F(Sxd4StableInstance, RunsAPassForEachRateWithTheParametersAlone) {
     ASSERT_THAT(instance->blockVarMap, SizeIs(2));
     ASSERT_THAT(instance->blockVarMap[0], SizeIs(2));
     EXPECT_THAT(instance->blockVarMap[1], SizeIs(1));
-    EXPECT_EQ(boost::get<double>(instance->blockVarMap[0][1].at("TX_LINE_RATE").value), 53.125);
-    EXPECT_EQ(boost::get<unsigned int>(instance->blockVarMap[1][0].at("LaneNum").value), 1U);
+    EXPECT_EQ(valueIn<double>(*instance, 0, "TX_LINE_RATE", 1), 53.125);
+    EXPECT_EQ(valueIn<unsigned>(*instance, 1, "LaneNum"), 1U);
 }
 
 TEST_F(Sxd4StableInstance, DoesNotPack) {
-    PackingRequest request;
-    request.addBoth(0, {rateOf(25.78125)});
-    const auto instance = made(request);
+    const auto instance = made(oneLane(rateOf(25.78125)));
     EXPECT_THAT(instance->packedChannels, IsEmpty());
     EXPECT_THAT(instance->intersectedCoordinates, IsEmpty());
 }
