@@ -1,4 +1,5 @@
 #include "rate_table_engine.h"
+#include "support/rate_table_headers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,11 +8,15 @@
 
 namespace {
 
+using lanecfg_test::bothMasked;
+using lanecfg_test::burstHeader;
 using lanecfg_test::critical;
 using lanecfg_test::digits;
 using lanecfg_test::FourChannels;
 using lanecfg_test::FreshLog;
+using lanecfg_test::loneHeader;
 using lanecfg_test::numbers;
+using lanecfg_test::pairHeader;
 using lanecfg_test::RateTableEngine;
 using sable_lanecfg::RateTableAttribute;
 using sable_lanecfg::RateTableControl;
@@ -22,26 +27,6 @@ using ::testing::SizeIs;
 
 constexpr std::size_t headerWords = 10;
 
-/// Header word of an unmasked group of one register.
-constexpr std::uint32_t loneHeader(std::uint32_t address) {
-    return (address << 13) | (address << 3);
-}
-
-/// Header word of an unmasked group of two registers.
-constexpr std::uint32_t pairHeader(std::uint32_t first, std::uint32_t second) {
-    return (second << 13) | (first << 3) | 4U;
-}
-
-/// Header word of a burst, with the distances of its registers.
-std::uint32_t burstHeader(std::uint32_t start, const std::vector<std::uint32_t>& distances) {
-    std::uint32_t word = (start << 22) | (distances.back() << 2) | 2U;
-    for (const std::uint32_t distance : distances) {
-        word |= 1U << (6 + distance);
-    }
-    return word;
-}
-
-constexpr std::uint32_t bothMasked = 0x01800000;
 constexpr std::uint32_t laneEnable = 0x02000000;
 constexpr std::uint32_t laneOne = 0x04000000;
 
