@@ -110,34 +110,12 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(SxbRequests, BundledTableWords, testing::ValuesIn(sxbTables()),
                          CaseName());
-
-// A block of two channels: the other two are in no structure word and have words of 0. Without a
-// change of rate nothing is written.
-INSTANTIATE_TEST_SUITE_P(
-    Sxd4Requests, BundledTableWords,
-    testing::Values(BundledTable{"sxd4_pam4_56g",
-                                 {
-                                     0x06000007,  // TX: duplex 0011, group 0011 of channel 0
-                                     0x06000007,  // RX: the same
-                                     0x0010000a,  // channel 0: 1 rate of no words, at word 10
-                                     0x0010000a,  //
-                                     0x0010000a,  // channel 1: 1 rate, follows
-                                     0x0010000a,  //
-                                     0, 0, 0, 0,  // channels 2 and 3
-                                 }},
-                    BundledTable{"sxd4_two_modes",
-                                 {
-                                     // Channel 1 is its own master, bit 19, with group 0010 from
-                                     // bit 5; group 0001 of channel 0.
-                                     0x06080043,  // TX
-                                     0x06080043,  // RX: the same
-                                     0x0010000a,  // channel 0: 1 rate of no words, at word 10
-                                     0x0010000a,  //
-                                     0x0010000a,  // channel 1 likewise
-                                     0x0010000a,  //
-                                     0, 0, 0, 0,  // channels 2 and 3
-                                 }}),
-    CaseName());
+INSTANTIATE_TEST_SUITE_P(SxbStableRequests, BundledTableWords, testing::ValuesIn(sxbStableTables()),
+                         CaseName());
+INSTANTIATE_TEST_SUITE_P(PcieRequests, BundledTableWords, testing::ValuesIn(pcieTables()),
+                         CaseName());
+INSTANTIATE_TEST_SUITE_P(Sxd4Requests, BundledTableWords, testing::ValuesIn(sxd4Tables()),
+                         CaseName());
 
 /// SXD4 has no register that every table holds, so without a change of rate its tables are empty.
 bool hasWrites(const std::string& name) {

@@ -1,47 +1,13 @@
 #include "cli/bundled_tables.h"
 
-#include <array>
-#include <cstddef>
 #include <utility>
 
 namespace lanecfg_test {
 namespace {
 
-// Every SXB table holds PIPE_CTRL_CFG7, a register of the lane at offset 0x90, under a mask: two
-// output clock controls of 2, both buffers (0x48), the receive power control (0x800), and what the
-// ratio of the widths adds.
-constexpr std::uint32_t sxbPipeHeader = 0x01920480;
-constexpr std::uint32_t equalWidths = 0x0000284a;
-// Twice as wide at the fabric: divider code 1 at bits 15, 19, 23 and 27.
-constexpr std::uint32_t doubleWidth = equalWidths | 0x08888000;
-
-// The frozen rules have the register at 0x99, without the receive power control.
-constexpr std::uint32_t stablePipeHeader = 0x019324c8;
-constexpr std::uint32_t stableDoubleWidth = doubleWidth - 0x800;
-
-/// A header for one lane: the lane at bit 26, enabled by bit 25.
-constexpr std::uint32_t inLane(std::uint32_t header, std::uint32_t lane) {
-    return header | (lane << 26) | (1U << 25);
-}
-
 /// The header of the pipe register in one lane.
 constexpr std::uint32_t sxbPipeHeaderOf(std::uint32_t lane) {
     return inLane(sxbPipeHeader, lane);
-}
-
-/// The ten words in front of the table of four duplex channels in one rate group, which has this
-/// many words for its one rate.
-std::vector<std::uint32_t> oneGroup(std::uint32_t rateWords) {
-    const std::uint32_t owner = 0x00100000 | (rateWords << 10) | 10;
-    const std::uint32_t follower = 0x00100000 | (10 + rateWords);
-    return {0x1e00001f, 0x1e00001f,  // all duplex, all with master 0, group 1111
-            owner,      owner,      follower, follower, follower, follower, follower, follower};
-}
-
-std::vector<std::uint32_t> joined(std::vector<std::uint32_t> words,
-                                  const std::vector<std::uint32_t>& body) {
-    words.insert(words.end(), body.begin(), body.end());
-    return words;
 }
 
 /// What one CPRI rate writes; codes and dividers as they stand in the registers.
@@ -206,135 +172,6 @@ std::vector<std::uint32_t> sdiTable() {
     return words;
 }
 
-/// The values of one register at Gen1 to Gen4.
-using PcieValues = std::array<std::uint32_t, 4>;
-
-/// The words of one group: what stands in front of the values, and the values.
-struct PcieGroup {
-    std::uint32_t header;
-    std::vector<PcieValues> words;
-};
-
-constexpr PcieValues sameForAll(std::uint32_t value) {
-    return {value, value, value, value};
-}
-
-/// PCIe on lane 0, register by register; Gen1 and Gen2 are coded otherwise than Gen3 and Gen4.
-std::vector<PcieGroup> pcieGroups() {
-    return {
-        {0x018dc36c,  // 0x6e and 0x6d, both with masks
-         {
-             // TX_PHALIGN_CFG0: without buffer; counts 3, 2, 6 and 2 differ in bits 0 and 2.
-             sameForAll(0x5),
-             {0x00020c03, 0x00020c02, 0x00020c06, 0x00020c02},
-             // TX_PHALIGN_CFG1: thresholds 14, 11, 21 and 11 differ in all five bits.
-             sameForAll(0x3e),
-             {0x1d00 | 14 << 1, 0x1d00 | 11 << 1, 0x1d00 | 21 << 1, 0x1d00 | 11 << 1},
-         }},
-        {sxbPipeHeader,
-         {
-             // PIPE_CTRL_CFG7: transmit clock 5, receive clock 2 at 12, receive buffer at 6, PCIe
-             // at 7 and 10; from Gen3 on code 1 of the last divider at 15 and 19.
-             sameForAll(0x0008f007),
-             {0x000024c5, 0x000024c5, 0x0008a4c5, 0x0008a4c5},
-         }},
-        {0x000001ca,  // a burst from 0x00: 0, 1 and 2 behind it
-         {
-             // RX_PCS_CFG0: commas in the high half; detection at 6 to 10 and width 2, or width 5
-             // on 32 bits.
-             {0x506be7c2, 0x506be7c2, 0x506be015, 0x506be015},
-             // RX_PCS_CFG1: a mask of 127 at 6 and the decoder at 18 and 21.
-             {0x00261fc2, 0x00261fc2, 0x00020002, 0x00020002},
-             // RX_PCS_CFG2: first address 12 or 4 at 5, the decoder at 0 to 2 and 18; Gen4 has a
-             // pattern of its own at 3.
-             {0x00040187, 0x00040187, 0x00000080, 0x00000088},
-         }},
-        {0x0d3202fe,  // a burst from 0x34: 0, 1, 3, 11, 14 and 15 behind it
-         {
-             // EYESCAN_CFG16: widths 11, 1 and 12 at 9, 13 and 17, enabled at 8.
-             {0x00177700, 0x00022300, 0x00199900, 0},
-             // RX_CDR_CFG0: the offset at 0; Gen3 and Gen4 widths 2 and 4 at 2, and bits 1 and 5.
-             {0x00001801, 0x00001801, 0x0000182b, 0x00001833},
-             // RX_CDR_CFG2: codes of 32 / 4, 32 / 2, 32 / 2 and 64 / 1 at 14.
-             {0x00242288 | 3 << 14, 0x00242288 | 4 << 14, 0x00242288 | 4 << 14,
-              0x00242288 | 6 << 14},
-             // RX_CTLE_CFG1: but Gen3 at 14.
-             {0x00004400, 0x00004400, 0x00000400, 0x00004400},
-             // RX_ELASTIC_BUF_CFG0: latencies 17 and 20, thresholds 31 and 8; used at 0 and 30.
-             {0xc8c3e029, 0xc8c3e029, 0x88c3e028, 0x88c3e028},
-             // RX_ELASTIC_BUF_CFG1: K28.0 at 2.
-             {0x00000472, 0x00000472, 0x00000002, 0x00000002},
-         }},
-        {0x11482c76,  // a burst from 0x45: 0, 4, 5, 7 and 13 behind it
-         {
-             // RX_ELASTIC_BUF_CFG3: one byte of four, from the decoder at 4; else none masked.
-             {0xf0000051, 0xf0000051, 0xf000004f, 0xf000004f},
-             // RX_ELASTIC_BUF_CFG7: plain addresses at 6 without sequences.
-             {0x00101000, 0x00101000, 0x00101040, 0x00101040},
-             // RX_ELASTIC_BUF_CFG8: the buffer of blocks at 0.
-             {0x0002c87c, 0x0002c87c, 0x0002c87d, 0x0002c87d},
-             // RX_MISC_CFG0: slow below 10.4 Gb/s.
-             {0x00000620, 0x00000620, 0x00000620, 0x00000600},
-             // RX_PCS_CFG4: the decoder at 15.
-             {0x0000e8a2, 0x0000e8a2, 0x000068a2, 0x000068a2},
-         }},
-        {0x000b62d4,  // 0x5b and 0x5a
-         {
-             // TX_PCS_CFG0: width 2, coder at 6 and 7, first address 12 at 11; or 5 on 32, 4.
-             {0x000060c2, 0x000060c2, 0x00002015, 0x00002015},
-             // PIPE_TX_EQ_CFG0: drive mode.
-             {0x29d5af61, 0x29d5af61, 0x29d5af62, 0x29d5af62},
-         }},
-        {0x1bc2436e,  // a burst from 0x6f: 0, 2, 3, 8 and 11 behind it
-         {
-             // TX_PHALIGN_CFG2: codes of 2 * 4, 2 * 2, 4 * 2 and 4 * 1, times 4, at 8.
-             {0x0000071c, 0x0000031c, 0x0000071c, 0x0000031c},
-             // TX_PHALIGN_CFG4: the thresholds at 11.
-             {0x38c | 14 << 11, 0x38c | 11 << 11, 0x38c | 21 << 11, 0x38c | 11 << 11},
-             // TX_PHALIGN_CFG5: 20 * 4 / 2, 20 * 2 / 2, 32 * 2 / 2 and 32 / 2 at 2.
-             {40 << 2, 20 << 2, 32 << 2, 16 << 2},
-             // A_CFG1: 100 and 160, less 2.
-             {0x4e4e4e62, 0x4e4e4e62, 0x4e4e4e9e, 0x4e4e4e9e},
-             // LCPLL_CFG2: 5 and 16 at 5, and from Gen3 on bit 4.
-             {0x014000a1, 0x014000a1, 0x01400211, 0x01400211},
-         }},
-        {0x0012448c,  // 0x92 and 0x91
-         {
-             // PIPE_CTRL_CFG3: codes of 4, 2, 2 and 1 at 5 and 8.
-             {0x0012fa48, 0x0012f928, 0x0012f928, 0x0012f808},
-             // PIPE_CTRL_CFG8: PCIe in the high byte, at 23, 12 and 1; first dividers 5 and 4,
-             // codes 632 and 600 at 2 and 13.
-             {0x0bcf19e2, 0x0bcf19e2, 0x0bcb1962, 0x0bcb1962},
-         }},
-        {0x0017a5e8,  // 0xbd alone
-         {
-             // DA_CFG: ranges at 5, then at 4.
-             {0x00003861, 0x00003861, 0x00003851, 0x00003851},
-         }},
-    };
-}
-
-std::vector<std::uint32_t> pcieTable() {
-    std::vector<std::uint32_t> words{
-        // All duplex; channels 1 to 3 are together: masters 1, 1, 1, 0, groups 1110, 0001.
-        0x1ea801c3, 0x1ea801c3,  //
-        0x80409c0a, 0x80409c0a,  // channel 0: PCIe, 4 rates of 39 words from word 10
-        0x00100ca6, 0x00100ca6,  // channel 1: 1 rate of defaults, 3 words from word 166
-        0x001000a9, 0x001000a9,  // channel 2 follows
-        0x001000a9, 0x001000a9,  // channel 3 follows
-    };
-    const std::vector<PcieGroup> groups = pcieGroups();
-    for (std::size_t rate = 0; rate < 4; ++rate) {
-        for (const PcieGroup& group : groups) {
-            words.push_back(group.header);
-            for (const PcieValues& values : group.words) {
-                words.push_back(values.at(rate));
-            }
-        }
-    }
-    return joined(std::move(words), {sxbPipeHeader, txMask, equalWidths});
-}
-
 }  // namespace
 
 std::vector<BundledTable> sxbTables() {
@@ -345,12 +182,6 @@ std::vector<BundledTable> sxbTables() {
                                            sxbPipeHeaderOf(1), txMask, doubleWidth,  //
                                            sxbPipeHeaderOf(2), txMask, doubleWidth,  //
                                            sxbPipeHeaderOf(3), txMask, doubleWidth})},
-        BundledTable{
-            "sxb_stable_10gbase_r",
-            joined(oneGroup(12), {inLane(stablePipeHeader, 0), txMask, stableDoubleWidth,
-                                  inLane(stablePipeHeader, 1), txMask, stableDoubleWidth,
-                                  inLane(stablePipeHeader, 2), txMask, stableDoubleWidth,
-                                  inLane(stablePipeHeader, 3), txMask, stableDoubleWidth})},
         // 16 bits are 20 on the line, as many as inside.
         BundledTable{"sxb_1000base_x", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
         BundledTable{"sxb_xaui", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
@@ -490,7 +321,6 @@ std::vector<BundledTable> sxbTables() {
             }},
         BundledTable{"sxb_cpri", cpriTable()},
         BundledTable{"sxb_sdi_independent", sdiTable()},
-        BundledTable{"sxb_pcie_gen4_x1", pcieTable()},
     };
 }
 
