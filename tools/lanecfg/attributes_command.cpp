@@ -200,7 +200,7 @@ void addAttributesCommand(CLI::App& program, Work& chosen) {
         "Register words of a request, each channel's for its first rates, or what differs between "
         "two requests or rates",
         "lanecfg attributes data/requests/sxa_basic.json --format json -o attributes.json\n"
-        "  lanecfg attributes data/requests/sxa_multi_rate.json --rates 0_0 1_1\n"
+        "  lanecfg attributes data/requests/sxb_pcie_gen4_x4.json --rates 1_1 2_2\n"
         "  lanecfg attributes --diff request.json request.json --rules SXB SXB:stable",
         [](CLI::App& command, AttributesOptions& options) {
             addRequestOptions(command, options.request);
