@@ -1,6 +1,10 @@
 #include "cli/command_line.h"
+#include "support/reference_data.h"
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
+#include <set>
 
 namespace lanecfg_test {
 namespace {
@@ -58,7 +62,43 @@ TEST_F(CheckDatabaseCommand, DoesNotFailOnNotes) {
     const ProgramResult result =
         run({"check-database", database.writeTo(directory), "--format", "csv"});
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.output, HasSubstr(",note,registers.json,NEW_CFG,No rule writes"));
+    EXPECT_THAT(result.output, HasSubstr(",note,registers.json,NEW_CFG,No rule of SXA writes"));
+}
+
+/// The frozen rules of SXD4 are none, so each of the 193 registers of its database is noted.
+class CheckDatabaseWithoutRules : public CommandLine {
+  protected:
+    const std::vector<std::string> arguments{"check-database", "--family", "SXD4", "--selector",
+                                             "stable"};
+};
+
+TEST_F(CheckDatabaseWithoutRules, TellsPeopleOfAllRegistersInOneNote) {
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.output, HasSubstr("A_CFG, A_CH_CFG0, A_CH_CFG1 and 190 more"));
+    EXPECT_THAT(result.output,
+                HasSubstr("No rule of SXD4:stable writes this register. (193 in all)"));
+    EXPECT_THAT(result.output, HasSubstr("0 errors, 0 warnings, 193 notes\n"));
+    // Heading, note and summary.
+    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 3);
+}
+
+TEST_F(CheckDatabaseWithoutRules, TellsProgramsOfEachRegister) {
+    const nlohmann::json report = answerOf(arguments).at(0);
+    EXPECT_EQ(report.at("notes"), 193);
+    const nlohmann::json registers = referenceFile("SXD4", "registers.json");
+    ASSERT_EQ(registers.size(), 193U);
+    std::set<std::string> keys;
+    for (const nlohmann::json& finding : report.at("findings")) {
+        EXPECT_EQ(finding.at("text"), "No rule of SXD4:stable writes this register.");
+        EXPECT_TRUE(registers.contains(finding.at("key"))) << finding;
+        keys.insert(finding.at("key"));
+    }
+    EXPECT_EQ(keys.size(), 193U);
+    std::vector<std::string> forCsv = arguments;
+    forCsv.insert(forCsv.end(), {"--format", "csv"});
+    const std::string rows = run(forCsv).output;
+    EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 1 + 193);
 }
 
 TEST_F(CheckDatabaseCommand, TakesTheFamilyWhereTheFolderDoesNotTell) {

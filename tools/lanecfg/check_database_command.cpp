@@ -116,30 +116,41 @@ Json documentOf(const DatabaseReport& report) {
             {"findings", findingsDocument(report)}};
 }
 
-void append(const DatabaseReport& report, Answer& answer) {
-    for (const Finding& finding : report.findings) {
-        answer.table.rows.push_back({Cell(report.database.folder.string()),
-                                     Cell(wordOf(finding.level)), Cell(finding.file),
-                                     Cell(finding.key), Cell(finding.text)});
+void addRows(const DatabaseReport& report, const std::vector<Finding>& findings, Table& table) {
+    for (const Finding& finding : findings) {
+        table.rows.push_back({Cell(report.database.folder.string()), Cell(wordOf(finding.level)),
+                              Cell(finding.file), Cell(finding.key), Cell(finding.text)});
     }
-    answer.remarks.push_back(summary(report));
-    answer.document->push_back(documentOf(report));
 }
 
-ExitCode run(const CheckDatabaseOptions& options, Console& console) {
+/// Every finding for programs; for people notes that are alike stand together.
+Answer answerOf(const std::vector<DatabaseReport>& reports) {
     Answer answer;
     answer.table.columns = {"database", "level", "file", "key", "finding"};
     answer.document = Json::array();
-    ExitCode code = ExitCode::done;
-    for (const Target& target : targetsOf(options)) {
-        const DatabaseReport report = checkDatabase(target.database, target.rules, console);
-        append(report, answer);
-        if (report.count(FindingLevel::error) > 0) {
-            code = ExitCode::failed;
-        }
+    Table joined = answer.table;
+    for (const DatabaseReport& report : reports) {
+        addRows(report, report.findings, answer.table);
+        addRows(report, withAlikeNotesJoined(report.findings), joined);
+        answer.remarks.push_back(summary(report));
+        answer.document->push_back(documentOf(report));
     }
-    writeAnswer(answer, options.output);
-    return code;
+    if (!joined.rows.empty()) {
+        answer.text = alignedText(joined);
+    }
+    return answer;
+}
+
+ExitCode run(const CheckDatabaseOptions& options, Console& console) {
+    std::vector<DatabaseReport> reports;
+    for (const Target& target : targetsOf(options)) {
+        reports.push_back(checkDatabase(target.database, target.rules, console));
+    }
+    writeAnswer(answerOf(reports), options.output);
+    const bool hasError = std::any_of(
+        reports.begin(), reports.end(),
+        [](const DatabaseReport& report) { return report.count(FindingLevel::error) > 0; });
+    return hasError ? ExitCode::failed : ExitCode::done;
 }
 
 }  // namespace

@@ -23,6 +23,11 @@ struct Finding {
     std::string text;
 };
 
+/// The findings as people read them: where more than five notes say the same of a file's keys, one
+/// note stands in the place of the first, with the first keys and the count. Errors and warnings
+/// stay as they are.
+std::vector<Finding> withAlikeNotesJoined(const std::vector<Finding>& findings);
+
 /// Collects the findings about one file.
 class FindingList {
   public:

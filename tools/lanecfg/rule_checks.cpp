@@ -140,8 +140,9 @@ void checkPlacedFields(const std::string& name, const attributeInfo& record,
     }
 }
 
+/// `rulesName` tells whose rules, since a database may serve those of several selectors.
 void compare(const RuleOutputs& outputs, const std::map<std::string, attributeInfo>& registers,
-             FindingList& findings) {
+             const std::string& rulesName, FindingList& findings) {
     for (const std::string& name : outputs.registers) {
         if (registers.count(name) == 0) {
             findings.error(name,
@@ -151,7 +152,7 @@ void compare(const RuleOutputs& outputs, const std::map<std::string, attributeIn
     }
     for (const auto& [name, record] : registers) {
         if (outputs.registers.count(name) == 0 && outputs.others.count(name) == 0) {
-            findings.note(name, "No rule writes this register.");
+            findings.note(name, "No rule of " + rulesName + " writes this register.");
         } else {
             checkPlacedFields(name, record, outputs, findings);
         }
@@ -177,7 +178,7 @@ std::size_t compareWithRules(const Database& database, const RuleSet& rules,
     }
     const RuleOutputs outputs = outputsOf(*bare.engine);
     FindingList registers("registers.json", findings);
-    compare(outputs, loaded.m_fields, registers);
+    compare(outputs, loaded.m_fields, nameOf(rules), registers);
     if (!hasError(findings)) {
         const IdleInstance complete = buildIdle(rules, loaded, loaded.m_fields);
         const StandardOutputGuard guard;
