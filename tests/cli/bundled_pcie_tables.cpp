@@ -177,11 +177,13 @@ constexpr std::uint32_t receivedWidth(std::uint32_t width, std::uint32_t inner) 
     return width | inner << 4 | 0x17cU << 11 | 0x283U << 21;
 }
 constexpr std::uint32_t detectedCommas = 31U << 6;
+constexpr std::uint32_t narrowReceived = receivedWidth(2, 0) | detectedCommas;
 
 // RX_PCS_CFG1: commas in words of 1 at 1, shown where they are at 17.
 constexpr std::uint32_t shownCommas = 1U << 1 | 1U << 17;
 constexpr std::uint32_t decoded = 1U << 18 | 1U << 21;
 constexpr std::uint32_t commaMask = 127U << 6;
+constexpr std::uint32_t narrowCommas = shownCommas | commaMask | decoded;
 
 // RX_PCS_CFG2: the first address at 5; the decoder at 2 and 18, commas decoded at 0 and 1, the
 // pattern of 16 Gb/s or of 32 at 3.
@@ -204,8 +206,6 @@ constexpr std::uint32_t scanned = 1U << 14;
 
 /// What SXB writes of the coding layer and the receiver at each rate.
 std::vector<WriteGroup> sxbCodingGroups() {
-    const std::uint32_t narrowReceived = receivedWidth(2, 0) | detectedCommas;
-    const std::uint32_t narrowCommas = shownCommas | commaMask | decoded;
     const std::uint32_t narrowDecoder = firstAddress(12) | decoder | decodedCommas;
     const std::uint32_t narrowSent = sentWidth(2, 0, 12) | coder;
     return {{{0x00, {narrowReceived, narrowReceived, receivedWidth(5, 1), receivedWidth(5, 1)}},
@@ -303,17 +303,15 @@ constexpr ChangingRegister chargePump{
 // band is that below 7 GHz, but at 16 GHz that from 12 on.
 constexpr ValuesByRate bands{0, 0, 0, 0, 3};
 
-/// SXC up to 32 Gb/s, with the default commas, which are not detected, and all bytes of the
-/// correction compared. First addresses are 4 in all widths.
+/// SXC up to 32 Gb/s. First addresses are 4 in all widths.
 std::vector<WriteGroup> sxcGroups() {
-    const std::uint32_t narrowCommas = shownCommas | decoded;
-    const std::uint32_t narrowDecoder = firstAddress(4) | decoder;
+    const std::uint32_t narrowDecoder = firstAddress(4) | decoder | decodedCommas;
     const std::uint32_t narrowSent = sentWidth(2, 0, 4) | coder;
     return {
         alignment(alignedTogether, lowestOfChain),
         {doubled(maskedFeedback), clocks},
         {{0x00,
-          {receivedWidth(2, 0), receivedWidth(2, 0), receivedWidth(5, 1), receivedWidth(5, 1),
+          {narrowReceived, narrowReceived, receivedWidth(5, 1), receivedWidth(5, 1),
            receivedWidth(7, 2)}},
          {0x01, {narrowCommas, narrowCommas, shownCommas, shownCommas, shownCommas}},
          // The buffer of blocks of 64 bits does not keep the plain one from being used.
@@ -327,7 +325,7 @@ std::vector<WriteGroup> sxcGroups() {
          bufferLatency,
          correction},
         {{0x45,
-          {comparedBytes(15) | fromDecoder, comparedBytes(15) | fromDecoder, comparedBytes(15),
+          {comparedBytes(1) | fromDecoder, comparedBytes(1) | fromDecoder, comparedBytes(15),
            comparedBytes(15), comparedBytes(15)}},
          bufferAddresses,
          blockBuffer,
