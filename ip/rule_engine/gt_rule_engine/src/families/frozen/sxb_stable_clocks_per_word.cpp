@@ -1,5 +1,6 @@
+#include "families/common/data_widths.h"
+#include "families/common/outclock_control.h"
 #include "families/frozen/sxb_stable_rule_groups.h"
-#include "families/sxb/sxb_coding.h"
 #include "families/sxb/sxb_outclock.h"
 
 namespace sable_lanecfg {

@@ -8,13 +8,6 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr code_table<unsigned int, 8> plainWidthCodes{
-    {{16, 2}, {20, 3}, {32, 4}, {40, 5}, {64, 6}, {80, 7}, {128, 8}, {160, 9}}};
-constexpr code_table<unsigned int, 8> paddedWidthCodes{
-    {{16, 3}, {20, 3}, {32, 5}, {40, 5}, {64, 7}, {80, 7}, {128, 9}, {160, 9}}};
-constexpr code_table<unsigned int, 8> bitsOfCodes{
-    {{2, 16}, {3, 20}, {4, 32}, {5, 40}, {6, 64}, {7, 80}, {8, 128}, {9, 160}}};
-
 bool holds(const std::string& word, const char* part) {
     return word.find(part) != std::string::npos;
 }
@@ -30,21 +23,6 @@ unsigned int gearboxMode(const std::string& coding) {
 }
 
 }  // namespace
-
-ruleDeclarer userWidthCode(const laneSide& side) {
-    return [side](rule_declaration& rule) {
-        const auto width = rule.reads<unsigned int>(side.parameter("USER_DATA_WIDTH"));
-        const auto coding = rule.reads<std::string>(std::string(side.coding));
-        rule.gives([=] {
-            return coding() == "8B10B" ? codeOf(plainWidthCodes, width())
-                                       : codeOf(paddedWidthCodes, width());
-        });
-    };
-}
-
-unsigned int bitsOfWidthCode(unsigned int code) {
-    return codeOf(bitsOfCodes, code);
-}
 
 ruleDeclarer gearbox(const laneSide& side, const std::string& registerName,
                      gearboxContent content) {

@@ -1,27 +1,47 @@
 #pragma once
 
+#include "families/common/lane_side.h"
 #include "families/common/rule_arithmetic.h"
 #include "families/common/rule_declaration.h"
-#include "families/sxb/sxb_lane_side.h"
 
 #include <string>
+#include <string_view>
 
 namespace sable_lanecfg {
 
 // Widths and gearbox of the coding layer, alike in both directions.
 
-/// Code of an internal data width in bits.
-inline constexpr code_table<unsigned int, 6> internalWidthCodes{
-    {{16, 0}, {32, 1}, {64, 2}, {20, 0}, {40, 1}, {80, 2}}};
 /// Bytes (of 8 or 10 bits) of an internal data width in bits.
 inline constexpr code_table<unsigned int, 6> internalWidthBytes{
     {{16, 2}, {32, 4}, {64, 8}, {20, 2}, {40, 4}, {80, 8}}};
 
-/// Code of the user data width; all codings but "8B10B" count 10 bits for 8.
-ruleDeclarer userWidthCode(const laneSide& side);
+/// How many times the internal data width goes into the user data width.
+class width_ratio {
+  public:
+    width_ratio(rule_declaration& rule, const laneSide& side)
+        : user_(rule.reads<unsigned int>(side.parameter("USER_DATA_WIDTH"))),
+          internal_(rule.reads<unsigned int>(side.parameter("INT_DATA_WIDTH"))),
+          internalName_(side.parameter("INT_DATA_WIDTH")) {}
 
-/// Bits of a user data width by its code, 0 for a code that stands for no width.
-unsigned int bitsOfWidthCode(unsigned int code);
+    /// Throws std::domain_error, naming the variable, at an internal width of 0.
+    unsigned int operator()() const { return quotient(user_(), internal_(), internalName_); }
+
+    /// The same of the width on the line, which 8B10B makes a quarter wider.
+    unsigned int onLine(const std::string& coding) const {
+        const double width = coding == "8B10B" ? user_() * tenBitsForEight : user_();
+        return quotient(truncated(width), internal_(), internalName_);
+    }
+
+  private:
+    static constexpr double tenBitsForEight = 1.25;
+
+    rule_input<unsigned int> user_;
+    rule_input<unsigned int> internal_;
+    std::string internalName_;
+};
+
+/// The asynchronous gearbox, which alone lets the user clock run at half the internal one.
+constexpr std::string_view asynchronousGearbox = "64B66B_ASYNC";
 
 /// What a gearbox rule writes.
 enum class gearboxContent {

@@ -1,6 +1,7 @@
-#include "families/sxb/sxb_outclock.h"
+#include "families/common/outclock_control.h"
+#include "families/common/rule_shapes.h"
+#include "families/sxb/sxb_coding.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
-#include "families/sxb/sxb_rule_shapes.h"
 
 #include <string>
 

@@ -1,7 +1,8 @@
 #include "families/sxb/sxb_lane_alignment.h"
 
 #include "families/common/rule_arithmetic.h"
-#include "families/sxb/sxb_rule_shapes.h"
+#include "families/common/rule_shapes.h"
+#include "families/sxb/sxb_coding.h"
 
 #include <algorithm>
 #include <array>

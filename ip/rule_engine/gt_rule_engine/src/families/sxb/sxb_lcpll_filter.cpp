@@ -1,5 +1,5 @@
+#include "families/common/rule_shapes.h"
 #include "families/sxb/sxb_pll_rule_groups.h"
-#include "families/sxb/sxb_rule_shapes.h"
 
 #include <array>
 #include <string>

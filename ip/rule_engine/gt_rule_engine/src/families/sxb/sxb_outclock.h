@@ -1,41 +1,14 @@
 #pragma once
 
-#include "families/common/rule_arithmetic.h"
+#include "families/common/lane_side.h"
 #include "families/common/rule_declaration.h"
-#include "families/sxb/sxb_lane_side.h"
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace sable_lanecfg {
 
 // What the outclock reports of both directions are made of.
-
-/// Where the output clock comes from, as PIPE_CTRL_CFG7 holds it.
-enum outclockControl : unsigned int {
-    outclockOfCodingLayer = 1,
-    outclockOfAnalogueLayer = 2,
-    outclockOfReference = 3,
-    outclockOfHalfReference = 4,
-    outclockOfProgrammableDivider = 5,
-    outclockOfTestSignal = 6,
-    outclockOfTransmitter = outclockOfTestSignal  ///< in the report of a receiver
-};
-
-/// Control codes by the words of TX_OUTCLK_SOURCE and RX_OUTCLK_SOURCE.
-inline constexpr code_table<std::string_view, 5> transmitClockControlCodes{
-    {{"TXOUTCLKPCS", outclockOfCodingLayer},
-     {"TXOUTCLKPMA", outclockOfAnalogueLayer},
-     {"TXPLLREFCLK", outclockOfReference},
-     {"TXPROGDIVCLK", outclockOfProgrammableDivider},
-     {"CLKTESTSIG", outclockOfTestSignal}}};
-inline constexpr code_table<std::string_view, 5> receiveClockControlCodes{
-    {{"RXOUTCLKPCS", outclockOfCodingLayer},
-     {"RXOUTCLKPMA", outclockOfAnalogueLayer},
-     {"RXPLLREFCLK", outclockOfReference},
-     {"RXPROGDIVCLK", outclockOfProgrammableDivider},
-     {"CLKTESTSIG", outclockOfTestSignal}}};
 
 /// The same variable of both PLLs.
 template <class T>

@@ -2,7 +2,7 @@
 
 #include "families/common/catalogue_rules.h"
 #include "families/common/device_limit.h"
-#include "families/sxb/sxb_lane_side.h"
+#include "families/common/lane_side.h"
 
 #include <string_view>
 

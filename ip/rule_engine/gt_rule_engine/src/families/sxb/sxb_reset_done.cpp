@@ -1,6 +1,6 @@
 #include "families/sxb/sxb_reset_done.h"
 
-#include "families/sxb/sxb_rule_shapes.h"
+#include "families/common/rule_shapes.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "families/common/catalogue_rules.h"
-#include "families/sxb/sxb_lane_side.h"
+#include "families/common/lane_side.h"
 
 namespace sable_lanecfg {
 

@@ -1,7 +1,6 @@
 #include "families/sxb/sxb_rx_cdr.h"
 
 #include "families/common/rule_arithmetic.h"
-#include "families/sxb/sxb_rule_shapes.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
 #include "families/sxb/sxb_silicon.h"
 

@@ -1,5 +1,6 @@
+#include "families/common/data_widths.h"
+#include "families/common/rule_shapes.h"
 #include "families/sxb/sxb_coding.h"
-#include "families/sxb/sxb_rule_shapes.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
 
 #include <string_view>

@@ -1,5 +1,5 @@
+#include "families/common/rule_shapes.h"
 #include "families/sxb/sxb_binary_text.h"
-#include "families/sxb/sxb_rule_shapes.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
 
 #include <string>

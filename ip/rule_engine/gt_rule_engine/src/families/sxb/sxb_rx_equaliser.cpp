@@ -1,4 +1,3 @@
-#include "families/sxb/sxb_rule_shapes.h"
 #include "families/sxb/sxb_rx_catalogue.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
 

@@ -1,4 +1,5 @@
-#include "families/sxb/sxb_coding.h"
+#include "families/common/data_widths.h"
+#include "families/common/outclock_control.h"
 #include "families/sxb/sxb_outclock.h"
 #include "families/sxb/sxb_tx_catalogue.h"
 #include "families/sxb/sxb_tx_rule_groups.h"

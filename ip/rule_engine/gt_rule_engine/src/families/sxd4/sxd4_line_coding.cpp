@@ -1,5 +1,5 @@
-#include "families/sxb/sxb_coding.h"
-#include "families/sxb/sxb_rule_shapes.h"
+#include "families/common/data_widths.h"
+#include "families/common/rule_shapes.h"
 #include "families/sxd4/sxd4_rule_groups.h"
 
 #include <string>

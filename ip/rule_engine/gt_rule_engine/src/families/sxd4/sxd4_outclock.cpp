@@ -1,5 +1,5 @@
+#include "families/common/outclock_control.h"
 #include "families/common/rule_arithmetic.h"
-#include "families/sxb/sxb_outclock.h"
 #include "families/sxd4/sxd4_rule_groups.h"
 
 #include <string>

@@ -2,8 +2,8 @@
 
 #include "families/common/catalogue_rules.h"
 #include "families/common/device_limit.h"
+#include "families/common/lane_side.h"
 #include "families/common/register_catalogue.h"
-#include "families/sxb/sxb_lane_side.h"
 
 namespace sable_lanecfg {
 

@@ -1,6 +1,6 @@
 #include "families/sxd4/sxd4_rx_rules.h"
 
-#include "families/sxb/sxb_rule_shapes.h"
+#include "families/common/rule_shapes.h"
 #include "families/sxd4/sxd4_rule_groups.h"
 #include "families/sxd4/sxd4_rx_catalogue.h"
 

@@ -1,5 +1,5 @@
 #include "families/common/rule_arithmetic.h"
-#include "families/sxb/sxb_rule_shapes.h"
+#include "families/common/rule_shapes.h"
 #include "families/sxd4/sxd4_pll_catalogue.h"
 #include "families/sxd4/sxd4_rule_groups.h"
 #include "families/sxd4/sxd4_vco_candidates.h"

@@ -2,7 +2,6 @@
 
 #include "families/common/rule_arithmetic.h"
 #include "families/common/rule_declaration.h"
-#include "families/sxb/sxb_lane_side.h"
 
 #include <string>
 #include <utility>
@@ -31,30 +30,5 @@ ruleDeclarer codeOfVariable(std::string name, const Table& table) {
         rule.gives([=] { return codeOf(table, value()); });
     };
 }
-
-/// How many times the internal data width goes into the user data width.
-class width_ratio {
-  public:
-    width_ratio(rule_declaration& rule, const laneSide& side)
-        : user_(rule.reads<unsigned int>(side.parameter("USER_DATA_WIDTH"))),
-          internal_(rule.reads<unsigned int>(side.parameter("INT_DATA_WIDTH"))),
-          internalName_(side.parameter("INT_DATA_WIDTH")) {}
-
-    /// Throws std::domain_error, naming the variable, at an internal width of 0.
-    unsigned int operator()() const { return quotient(user_(), internal_(), internalName_); }
-
-    /// The same of the width on the line, which 8B10B makes a quarter wider.
-    unsigned int onLine(const std::string& coding) const {
-        const double width = coding == "8B10B" ? user_() * tenBitsForEight : user_();
-        return quotient(truncated(width), internal_(), internalName_);
-    }
-
-  private:
-    static constexpr double tenBitsForEight = 1.25;
-
-    rule_input<unsigned int> user_;
-    rule_input<unsigned int> internal_;
-    std::string internalName_;
-};
 
 }  // namespace sable_lanecfg

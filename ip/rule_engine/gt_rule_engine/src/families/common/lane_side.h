@@ -28,7 +28,4 @@ struct laneSide {
 constexpr laneSide transmitSide{"TX", "TX_DATA_ENCODING"};
 constexpr laneSide receiveSide{"RX", "RX_DATA_DECODING"};
 
-/// The asynchronous gearbox, which alone lets the user clock run at half the internal one.
-constexpr std::string_view asynchronousGearbox = "64B66B_ASYNC";
-
 }  // namespace sable_lanecfg
