@@ -321,6 +321,17 @@ TEST_F(BadDatabase, WithABlockTypeThatTheBlockModelDoesNotKnow) {
     const ProgramResult result = runOnDatabase(database);
     expectFailure(result, 1, "A_CFG0");
     EXPECT_THAT(result.errors, HasSubstr("\"attic\""));
+    EXPECT_THAT(result.errors, HasSubstr(" on the database " + directory.file("SXA") + ": "));
+}
+
+TEST_F(BadDatabase, WithAnOffsetThatIsNoNumberTellsSo) {
+    SxaDatabase database;
+    database.registers["PIPE_CTRL_CFG7"]["Offset"] = "zz";
+    expectFailure(
+        run({"memory", requestPath("sxa_basic"), "--database", database.writeTo(directory)}), 1,
+        " on the database " + directory.file("SXA") +
+            ": no memory image: A register of the database has an offset that is no "
+            "hexadecimal number; lanecfg check-database tells which.");
 }
 
 TEST_F(BadDatabase, WithoutARegisterThatTheRulesCompose) {
@@ -358,6 +369,32 @@ TEST_F(BadSxbRequest, WithoutAParameterOfARateNamesIt) {
     request_.at("userParams").at(1).at(2).at(0).erase("RX_BUFFER_MODE");
     expectFailure(runOn(request_, "attributes"), 1,
                   "no attributes: RX_BUFFER_MODE is missing in RX of lane 2 at rate 0");
+}
+
+TEST_F(BadSxbRequest, ThatTheLibraryAnswersWithErrorsIsNamedBehindThem) {
+    request_.at("userParams").at(0).at(1).at(0).erase("TX_RATE_GROUP");
+    const ProgramResult result = runOn(request_, "attributes");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.output, "");
+    EXPECT_THAT(result.errors, HasSubstr("TX_RATE_GROUP is missing in TX of lane 1 at rate 0"));
+    EXPECT_THAT(result.errors, testing::ContainsRegex(
+                                   "ERROR: Request " + directory.file("request.json") +
+                                   " on the database .*/SXB: don't rely on the answer [^\n]*\n$"));
+}
+
+TEST_F(BadSxbRequest, ThatIsPackedWithErrorsOfTheLoaderIsNamedBehindThem) {
+    request_.erase("quadUsage");
+    const ProgramResult result = runOn(request_, "pack");
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.output, "fits\n");
+    EXPECT_THAT(result.errors, HasSubstr("ERROR: Request " + directory.file("request.json") +
+                                         " on the database "));
+}
+
+TEST_F(BadSxbRequest, WithALineRateOfZeroTellsWhatToLookFor) {
+    request_.at("userParams").at(1).at(0).at(0)["RX_LINE_RATE"] = 0;
+    expectFailure(runOn(request_, "attributes"), 1,
+                  "division by zero: INT_RX_OUTDIV is 0. Look for a line rate");
 }
 
 TEST_F(BadSxbRequest, WithLanesOfDifferentRatesOnOneNetNamesChannelAndRate) {
@@ -399,6 +436,20 @@ TEST_P(BadDatabaseFile, ThatIsTruncatedIsNamed) {
         run({"attributes", requestPath("sxa_basic"), "--database", folder});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("ERROR: Error in parsing the file " + file + "."));
+}
+
+TEST_P(BadDatabaseFile, ThatIsTruncatedTellsThePlace) {
+    const std::string folder = SxaDatabase().writeTo(directory);
+    const std::string file = directory.write("SXA/" + GetParam(), "{\"a\":\n {");
+    expectFailure(run({"attributes", requestPath("sxa_basic"), "--database", folder}), 1,
+                  "Error in parsing the file " + file + ". Reason: parse error at line 2");
+}
+
+TEST_P(BadDatabaseFile, ThatIsNoObjectIsRefused) {
+    const std::string folder = SxaDatabase().writeTo(directory);
+    const std::string file = directory.write("SXA/" + GetParam(), "[]");
+    expectFailure(run({"pack", requestPath("sxa_basic"), "--database", folder}), 1,
+                  "Error in parsing the file " + file + ". A file of a database is a JSON object");
 }
 
 TEST_P(BadDatabaseFile, ThatIsNestedVeryDeeplyIsNamed) {

@@ -33,6 +33,45 @@ TEST(ConsoleMessages, HaveTheirSeverityAndStandOnStandardError) {
               "ERROR: 100% of it\n");
 }
 
+/// What the console shows of a text.
+std::string shown(const std::string& text) {
+    testing::internal::CaptureStderr();
+    {
+        Console console;
+        console.warning(text);
+    }
+    return testing::internal::GetCapturedStderr();
+}
+
+TEST(ConsoleMessages, ShowControlCharactersInWords) {
+    EXPECT_EQ(shown(std::string("a\x1b[2Jb\0c\rd\x7f", 11)),
+              "WARNING: a<U+001B>[2Jb<U+0000>c<U+000D>d<U+007F>\n");
+}
+
+TEST(ConsoleMessages, KeepLineFeedsTabsAndOtherAlphabets) {
+    EXPECT_EQ(shown("a\n\tb \u00e4\u20ac"), "WARNING: a\n\tb \u00e4\u20ac\n");
+}
+
+TEST(ConsoleMessages, LeaveOutTheMiddleOfAVeryLongText) {
+    const std::string text = "start" + std::string(100'000, 'x') + "end";
+    EXPECT_EQ(shown(text), "WARNING: start" + std::string(5995, 'x') + " ... " +
+                               std::string(997, 'x') + "end\n");
+}
+
+TEST(ConsoleMessages, AreNotCutWithinACharacter) {
+    // Two bytes each behind the first one: byte 6000 is the second half of a character.
+    std::string text = "a";
+    for (int count = 0; count < 10'000; ++count) {
+        text += "\u00e4";
+    }
+    const std::string message = shown(text + "b");
+    const std::string mark = " ... ";
+    const std::size_t place = message.find(mark);
+    ASSERT_NE(place, std::string::npos);
+    EXPECT_EQ(message.substr(place - 2, 2), "\u00e4");
+    EXPECT_EQ(message.substr(place + mark.size(), 2), "\u00e4");
+}
+
 TEST(ConsoleMessages, AreCountedWhenTheyAreErrors) {
     testing::internal::CaptureStderr();
     Console console;

@@ -79,6 +79,17 @@ TEST_F(JsonDocumentReader, AsksToCheckThePathOfAFileThatIsNotThere) {
     }
 }
 
+TEST_F(JsonDocumentReader, TellsOfAFileThatCannotBeOpenedNoMoreThanTheReason) {
+    try {
+        readJsonDocument(directory_.file("missing.json"), Lists::whole);
+        FAIL() << "taken";
+    } catch (const RequestError& error) {
+        EXPECT_EQ(std::string(error.what()),
+                  "Error in parsing the file " + directory_.file("missing.json") +
+                      ". Reason: failed opening file: No such file or directory. Check the path.");
+    }
+}
+
 TEST_F(JsonDocumentReader, DoesNotDoubtThePathOfAFileThatIsThere) {
     try {
         read("{");

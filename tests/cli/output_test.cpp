@@ -1,8 +1,11 @@
 #include "output.h"
 
+#include "errors.h"
 #include "support/temporary_directory.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace lanecfg_test {
 namespace {
@@ -46,6 +49,23 @@ TEST_F(AnswerForm, InTextIsTheRemarksAloneWithoutRows) {
     answer_.table.rows.clear();
     answer_.remarks = {"nothing found"};
     EXPECT_EQ(written("text"), "nothing found\n");
+}
+
+TEST_F(AnswerForm, TakesTheNameOfAnInputForWrongUsage) {
+    OutputOptions options;
+    options.file = directory_.write("input", "content");
+    const std::string link = directory_.file("link");
+    std::filesystem::create_symlink(options.file, link);
+    EXPECT_THROW(refuseToOverwrite({"other", options.file}, options), UsageError);
+    EXPECT_THROW(refuseToOverwrite({link}, options), UsageError);
+}
+
+TEST_F(AnswerForm, TakesAnyOtherName) {
+    OutputOptions options;
+    const std::string input = directory_.write("input", "content");
+    EXPECT_NO_THROW(refuseToOverwrite({input}, options));
+    options.file = directory_.file("new");
+    EXPECT_NO_THROW(refuseToOverwrite({input, "", directory_.file("missing")}, options));
 }
 
 TEST_F(AnswerForm, InCsvHasNoRemarks) {

@@ -163,5 +163,16 @@ TEST_F(SnapshotCommand, TakesNoChannelThatIsNoNumber) {
     expectFailure(run({"snapshot", requestPath("sxa_basic"), "--channel", "x"}), 2, "--channel");
 }
 
+TEST_F(CommandLine, TakesOnlyWholeNumbersOfChannelsAndRates) {
+    for (const char* const option : {"--channel", "--tx-rate", "--rx-rate"}) {
+        for (const char* const value : {"-1", "0x1", "1.0", "1 ", "4294967296", "", "one"}) {
+            expectFailure(run({"snapshot", requestPath("sxa_basic"), option, value}), 2,
+                          std::string(option) +
+                              ": the value must be a whole number from 0 to 4294967295, and is \"" +
+                              value + "\"");
+        }
+    }
+}
+
 }  // namespace
 }  // namespace lanecfg_test

@@ -4,7 +4,9 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <sys/stat.h>
 
 namespace lanecfg_test {
 namespace {
@@ -100,6 +102,18 @@ std::string scriptFailed(const Delivery& delivery) {
            delivery.work.scriptFile() + " failed; its log is " + delivery.work.logFile() + ".";
 }
 
+/// A pipe in the place of a file that an update writes: opening it would wait for a reader.
+Failure pipeFailure(const std::string& name, std::string (ElfWorkDirectory::*file)() const) {
+    return {name,
+            [file](const Delivery& delivery) {
+                ASSERT_EQ(mkfifo((delivery.work.*file)().c_str(), 0600), 0);
+            },
+            [file](const Delivery& delivery) {
+                return "Cannot write the file " + (delivery.work.*file)() +
+                       ": It is no regular file.";
+            }};
+}
+
 class UpdateElfFailure : public UpdateElfCommand, public testing::WithParamInterface<Failure> {};
 
 TEST_P(UpdateElfFailure, IsToldAndLeavesTheElf) {
@@ -168,8 +182,35 @@ INSTANTIATE_TEST_SUITE_P(
                 [](const Delivery& delivery) { fs::create_directory(delivery.work.logFile()); },
                 [](const Delivery& delivery) {
                     return "Cannot write the file " + delivery.work.logFile() + ": Is a directory";
+                }},
+        pipeFailure("TableThatIsAPipe", &ElfWorkDirectory::rateTableFile),
+        pipeFailure("LogThatIsAPipe", &ElfWorkDirectory::logFile),
+        Failure{"ElfInThePlaceOfTheTable",
+                [](const Delivery& delivery) {
+                    fs::create_hard_link(delivery.elfFile, delivery.work.rateTableFile());
+                },
+                [](const Delivery& delivery) {
+                    return "The file " + delivery.work.rateTableFile() +
+                           " is overwritten by an update, and is its request or ELF too.";
                 }}),
     CaseName());
+
+TEST_F(UpdateElfCommand, DoesNotOverwriteItsRequestWithTheTable) {
+    const std::string request = bundledRequest("sxa_basic").dump();
+    std::ofstream(delivery.work.rateTableFile()) << request;
+    expectFailure(run({"update-elf", delivery.work.rateTableFile(), "--elf", delivery.elfFile,
+                       "--work-dir", delivery.work.path()}),
+                  1, "is overwritten by an update, and is its request or ELF too.");
+    EXPECT_EQ(readFile(delivery.work.rateTableFile()), request);
+}
+
+TEST_F(UpdateElfCommand, DoesNotOverwriteItsElfWithTheAnswer) {
+    const std::string before = readFile(delivery.elfFile);
+    std::vector<std::string> arguments = updateOf(delivery.elfFile, delivery.work.path());
+    arguments.insert(arguments.end(), {"-o", delivery.elfFile});
+    expectFailure(run(arguments), 2, "-o names the file " + delivery.elfFile);
+    EXPECT_EQ(readFile(delivery.elfFile), before);
+}
 
 TEST_F(UpdateElfCommand, IsRefusedInADirectoryThatNobodyCanWriteTo) {
     // Not even the superuser makes files there.

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace lanecfg_test {
 namespace {
@@ -21,6 +22,41 @@ TEST_F(CommandLine, TellsItsVersion) {
     const ProgramResult result = run({"--version"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+/// Runs the program as "$0" "$@" of a script.
+ProgramResult runInShell(const std::string& script, const std::vector<std::string>& arguments,
+                         const std::string& directory) {
+    ProgramStart start;
+    start.arguments = {"-c", script, LANECFG_PROGRAM};
+    start.arguments.insert(start.arguments.end(), arguments.begin(), arguments.end());
+    start.workingDirectory = directory;
+    return runProgram("/bin/sh", start);
+}
+
+TEST_F(CommandLine, IsDoneWhenTheReaderOfItsAnswerEndsEarly) {
+    // Far more than a pipe holds, so it writes on after the end of its reader.
+    runInShell(R"({ "$0" "$@" 2> errors; echo $? > code; } | true)",
+               {"snapshot", requestPath("sxa_basic")}, directory.path().string());
+    EXPECT_EQ(readFile(directory.file("code")), "0\n");
+    EXPECT_EQ(readFile(directory.file("errors")), "");
+}
+
+TEST_F(CommandLine, TellsOfAnAnswerThatCannotBeWritten) {
+    for (const char* const word : {"families", "--help", "--version"}) {
+        expectFailure(runInShell(R"(exec "$0" "$@" > /dev/full)", {word}, "/"), 1,
+                      "ERROR: Cannot write to standard output: No space left on device.");
+        expectFailure(runInShell(R"(exec "$0" "$@" >&-)", {word}, "/"), 1,
+                      "ERROR: Cannot write to standard output: Bad file descriptor.");
+    }
+}
+
+TEST_F(CommandLine, LeavesNothingOfAnAnswerThatGetsTooLarge) {
+    const std::string answer = directory.file("answer");
+    expectFailure(runInShell(R"(ulimit -f 8; exec "$0" "$@")",
+                             {"snapshot", requestPath("sxa_basic"), "-o", answer}, "/"),
+                  1, "Cannot write the file " + answer + ": File too large.");
+    EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
 }
 
 std::vector<std::string> requestSubcommands() {
@@ -126,6 +162,18 @@ class RequestSubcommand : public Subcommand {};
 
 TEST_P(RequestSubcommand, NeedsARequest) {
     expectFailure(runWithoutRequest({}), 2, "request is required");
+}
+
+TEST_P(RequestSubcommand, TakesNoEmptyNameOfTheRequest) {
+    expectFailure(runWithoutRequest({""}), 2, "request: the value is empty");
+}
+
+TEST_P(RequestSubcommand, DoesNotOverwriteItsRequest) {
+    const std::string before = bundledRequest("sxa_basic").dump();
+    const std::string file = directory.write("request.json", before);
+    expectFailure(runWithoutRequest({file, "-o", file}), 2,
+                  "-o names the file " + file + ", which this command reads.");
+    EXPECT_EQ(readFile(file), before);
 }
 
 TEST_P(RequestSubcommand, TakesOneRequest) {

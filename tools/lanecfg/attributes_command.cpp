@@ -1,5 +1,6 @@
 #include "attribute_differences.h"
 #include "configured_instance.h"
+#include "option_value.h"
 #include "output.h"
 #include "snapshot_rows.h"
 #include "subcommand.h"
@@ -167,6 +168,8 @@ Answer answerTo(const AttributesOptions& options, Console& console) {
 }
 
 ExitCode run(const AttributesOptions& options, Console& console) {
+    refuseToOverwrite({options.request.file}, options.output);
+    refuseToOverwrite(options.comparedRequests, options.output);
     writeAnswer(answerTo(options, console), options.output);
     return ExitCode::done;
 }
@@ -176,6 +179,7 @@ void addComparisons(CLI::App& command, AttributesOptions& options) {
     CLI::Option* const diff = addComparison(command, "--diff", options.comparedRequests,
                                             "Compare two requests and print what differs")
                                   ->type_name("REQUEST")
+                                  ->check(emptyValueFault)
                                   ->excludes(request);
     addComparison(command, "--rules", options.comparedRules,
                   "Rules of the two requests, FAMILY or FAMILY:SELECTOR, in place of their own")

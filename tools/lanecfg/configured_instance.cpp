@@ -6,6 +6,8 @@
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
+#include <exception>
+
 namespace sable_lanecfg::tool {
 namespace {
 
@@ -64,14 +66,18 @@ std::string descriptionOf(const Request& request) {
 
 ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& database,
                                        Console& console)
-    : request_(request), console_(console) {
+    : request_(request),
+      database_(database),
+      console_(console),
+      errorsBefore_(console.errorCount()) {
     tellOfDoubts(request, database, console);
     console.progress(descriptionOf(request));
     try {
         const StandardOutputGuard guard;
         initialise(request, database);
     } catch (...) {
-        throw RequestError("Request " + request.file + " failed: " + currentExceptionText());
+        throw RequestError("Request " + request.file + " failed on the database " +
+                           database.folder.string() + ": " + currentExceptionText());
     }
     engine_ = madeEngine(*request.rules);
     if (engine_ == nullptr) {
@@ -82,6 +88,10 @@ ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& d
 ConfiguredInstance::~ConfiguredInstance() {
     console_.endProgress();
     lane_cfg_ip_mgr::releaseData(instanceName);
+    // A failure on its way names the request itself.
+    if (std::uncaught_exceptions() == 0) {
+        tellOfErrors(request_, database_, console_, errorsBefore_);
+    }
 }
 
 template <class Query>
@@ -93,7 +103,8 @@ auto ConfiguredInstance::ask(const char* what, const Query& query) {
         console_.endProgress();
         return answer;
     } catch (...) {
-        throw RequestError("Request " + request_.file + ": no " + what + ": " +
+        throw RequestError("Request " + request_.file + " on the database " +
+                           database_.folder.string() + ": no " + what + ": " +
                            currentExceptionText());
     }
 }

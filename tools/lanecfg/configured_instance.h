@@ -21,6 +21,7 @@ class ConfiguredInstance {
   public:
     /// Runs the request. Throws RequestError when no instance comes of it.
     ConfiguredInstance(const Request& request, const Database& database, Console& console);
+    /// Tells when errors were reported beside the answers.
     ~ConfiguredInstance();
     ConfiguredInstance(const ConfiguredInstance&) = delete;
     ConfiguredInstance& operator=(const ConfiguredInstance&) = delete;
@@ -47,7 +48,9 @@ class ConfiguredInstance {
     auto ask(const char* what, const Query& query);
 
     const Request& request_;
+    const Database& database_;
     Console& console_;
+    int errorsBefore_;
     gt_rule_engine* engine_ = nullptr;
 };
 

@@ -1,7 +1,10 @@
 #include "console.h"
 
+#include <boost/format.hpp>
+
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <iostream>
 #include <unistd.h>
@@ -34,6 +37,49 @@ const SeverityLook& lookOf(unsigned severity) {
     return found == severityLooks.end() ? severityLooks[1] : *found;
 }
 
+/// Messages quote what stands in files, which may be very long, or meant to steer a terminal.
+constexpr std::size_t longestStart = 6000;  ///< the longest path is two thirds of it
+constexpr std::size_t longestEnd = 1000;    ///< the way out stands there
+
+bool continuesCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+/// Leaves out the middle of a text that is too long, between whole characters.
+std::string shortened(const std::string& text) {
+    if (text.size() <= longestStart + longestEnd) {
+        return text;
+    }
+    std::size_t start = longestStart;
+    while (start > 0 && continuesCharacter(text[start])) {
+        --start;
+    }
+    std::size_t end = text.size() - longestEnd;
+    while (end < text.size() && continuesCharacter(text[end])) {
+        ++end;
+    }
+    return text.substr(0, start) + " ... " + text.substr(end);
+}
+
+bool steersTerminal(char character) {
+    constexpr unsigned char erase = 0x7F;
+    const auto code = static_cast<unsigned char>(character);
+    return (code < ' ' && character != '\n' && character != '\t') || code == erase;
+}
+
+/// The text as it is safe to show, with control characters in words.
+std::string shownText(const std::string& text) {
+    std::string shown;
+    for (const char character : shortened(text)) {
+        if (steersTerminal(character)) {
+            shown += (boost::format("<U+%04X>") % static_cast<unsigned>(character)).str();
+        } else {
+            shown += character;
+        }
+    }
+    return shown;
+}
+
 }  // namespace
 
 Console::Console()
@@ -57,7 +103,7 @@ void Console::show(unsigned severity, const std::string& text) {
     } else {
         std::cerr << look.label << ':';
     }
-    std::cerr << ' ' << text << '\n';
+    std::cerr << ' ' << shownText(text) << '\n';
     if (severity == ToolMsgSeverity::error) {
         ++errorCount_;
     }
@@ -67,7 +113,7 @@ void Console::progress(const std::string& what) {
     if (!isTerminal_) {
         return;
     }
-    std::cerr << eraseLine << what << " ..." << std::flush;
+    std::cerr << eraseLine << shownText(what) << " ..." << std::flush;
     showsProgress_ = true;
 }
 

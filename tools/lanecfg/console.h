@@ -16,7 +16,8 @@ class Console {
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    /// Shows a message of a ToolMsgSeverity.
+    /// Shows a message of a ToolMsgSeverity. The middle of a very long one is left out, and control
+    /// characters stand as such as <U+001B>.
     void show(unsigned severity, const std::string& text);
     void error(const std::string& text) { show(ToolMsgSeverity::error, text); }
     void warning(const std::string& text) { show(ToolMsgSeverity::warning, text); }

@@ -5,6 +5,7 @@
 
 #include <lanecfg/host/strmio_iostreams.h>
 
+#include <boost/algorithm/string/erase.hpp>
 #include <boost/algorithm/string/join.hpp>
 
 #include <cstddef>
@@ -145,6 +146,11 @@ class DocumentBuilder : public nlohmann::json_sax<nlohmann::json> {
     std::size_t values_ = 0;
 };
 
+/// Without what the standard library adds to the text of every fault of a stream.
+std::string reasonOf(const std::exception& error) {
+    return boost::algorithm::erase_last_copy(std::string(error.what()), ": iostream error");
+}
+
 }  // namespace
 
 JsonDocument readJsonDocument(const std::string& file, Lists lists) {
@@ -158,8 +164,8 @@ JsonDocument readJsonDocument(const std::string& file, Lists lists) {
     } catch (const std::exception& error) {
         std::error_code ignored;
         const bool isThere = std::filesystem::exists(file, ignored);
-        throw RequestError("Error in parsing the file " + file + ". Reason: " + error.what() + "." +
-                           (isThere ? "" : " Check the path."));
+        throw RequestError("Error in parsing the file " + file + ". Reason: " + reasonOf(error) +
+                           "." + (isThere ? "" : " Check the path."));
     }
 }
 

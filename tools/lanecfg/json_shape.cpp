@@ -28,4 +28,11 @@ bool hasText(const nlohmann::json& value) {
     return !value.is_structured() && !value.is_null();
 }
 
+std::string readerText(const nlohmann::json& value) {
+    if (value.is_string()) {
+        return value.get<std::string>();
+    }
+    return value.is_structured() ? std::string() : value.dump();
+}
+
 }  // namespace sable_lanecfg::tool

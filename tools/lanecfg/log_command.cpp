@@ -34,6 +34,7 @@ void addRows(Table& table, const std::string& line) {
 }
 
 ExitCode run(const LogOptions& options, Console& console) {
+    refuseToOverwrite({options.request.file}, options.output);
     RequestRun run(options.request, console);
     Answer answer;
     answer.table.columns = {"line"};

@@ -1,8 +1,10 @@
 #include "commands.h"
 #include "console.h"
+#include "output.h"
 
 #include <CLI/CLI.hpp>
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -45,6 +47,19 @@ ExitCode perform(const Work& work) {
     }
 }
 
+void passOver(int /*signal*/) {}
+
+/// A reader that ends early and a file that gets too large shall fail the write, not end the
+/// program. Programs that it starts don't inherit a function, as they would a signal ignored.
+void surviveFailedWrites() {
+    struct sigaction action = {};
+    action.sa_handler = passOver;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGPIPE, SIGXFSZ}) {
+        sigaction(signal, &action, nullptr);
+    }
+}
+
 ExitCode parseAndPerform(int argumentCount, char** arguments) {
     CLI::App program(
         "Configures multi-gigabit serial transceivers: from a request and a device "
@@ -60,8 +75,15 @@ ExitCode parseAndPerform(int argumentCount, char** arguments) {
     try {
         program.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
-        const bool isHelp = program.exit(error) == 0;
-        return isHelp ? ExitCode::done : ExitCode::usage;
+        if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success)) {
+            (void)program.exit(error);
+            return ExitCode::usage;
+        }
+        return perform([&program, &error](Console& /*console*/) {
+            (void)program.exit(error);
+            sable_lanecfg::tool::finishStandardOutput();
+            return ExitCode::done;
+        });
     }
     return perform(chosen);
 }
@@ -70,6 +92,7 @@ ExitCode parseAndPerform(int argumentCount, char** arguments) {
 
 int main(int argumentCount, char** arguments) {
     try {
+        surviveFailedWrites();
         return static_cast<int>(parseAndPerform(argumentCount, arguments));
     } catch (...) {
         // What the console could not report any more.

@@ -7,6 +7,17 @@
 #include <system_error>
 
 namespace sable_lanecfg::tool {
+namespace {
+
+/// Whether all of the text is a number in decimal digits, which it gives.
+template <class Number>
+bool isWholly(const std::string& text, Number& number) {
+    const char* const end = text.data() + text.size();
+    const auto [rest, fault] = std::from_chars(text.data(), end, number);
+    return fault == std::errc() && rest == end;
+}
+
+}  // namespace
 
 std::string emptyValueFault(const std::string& value) {
     return value.empty() ? "the value is empty; give one, or leave the option out" : std::string();
@@ -14,12 +25,16 @@ std::string emptyValueFault(const std::string& value) {
 
 std::string positiveNumberFault(const std::string& value) {
     double number = 0.0;
-    const char* const end = value.data() + value.size();
-    const auto [rest, fault] = std::from_chars(value.data(), end, number);
-    const bool isWhole = fault == std::errc() && rest == end;
-    return isWhole && std::isfinite(number) && number > 0.0
+    return isWholly(value, number) && std::isfinite(number) && number > 0.0
                ? std::string()
                : "the value must be a number above 0, and is \"" + value + "\"";
+}
+
+std::string wholeNumberFault(const std::string& value) {
+    unsigned number = 0;
+    return isWholly(value, number)
+               ? std::string()
+               : "the value must be a whole number from 0 to 4294967295, and is \"" + value + "\"";
 }
 
 CLI::Option* addPositiveNumber(CLI::App& command, const std::string& name, double& value,

@@ -25,6 +25,7 @@ Answer answerOf(const textMap& clocks) {
 }
 
 ExitCode run(const OutclkOptions& options, Console& console) {
+    refuseToOverwrite({options.request.file}, options.output);
     RequestRun run(options.request, console);
     writeAnswer(answerOf(run.instance.outputClocks()), options.output);
     return ExitCode::done;

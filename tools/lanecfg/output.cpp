@@ -6,7 +6,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
+#include <filesystem>
 #include <iostream>
+#include <system_error>
 
 namespace sable_lanecfg::tool {
 namespace {
@@ -51,18 +54,33 @@ void addOutputOptions(CLI::App& command, OutputOptions& options) {
         ->check(emptyValueFault);
 }
 
+void refuseToOverwrite(const std::vector<std::string>& inputs, const OutputOptions& options) {
+    for (const std::string& input : inputs) {
+        std::error_code missing;
+        if (std::filesystem::equivalent(options.file, input, missing)) {
+            throw UsageError("-o names the file " + input +
+                             ", which this command reads. Name another file for the answer.");
+        }
+    }
+}
+
+void finishStandardOutput() {
+    std::cout.flush();
+    if (!std::cout && errno != EPIPE) {
+        throw RequestError(
+            "Cannot write to standard output: " + std::generic_category().message(errno) +
+            ". Is the disk full, or standard output closed?");
+    }
+}
+
 void writeAnswer(const Answer& answer, const OutputOptions& options) {
     const std::string text = rendered(answer, options.format);
     if (!options.file.empty()) {
         writeWholeFile(options.file, text);
         return;
     }
-    std::cout << text << std::flush;
-    if (!std::cout) {
-        throw RequestError(
-            "Cannot write to standard output. Is the disk full, or has its reader "
-            "ended?");
-    }
+    std::cout << text;
+    finishStandardOutput();
 }
 
 }  // namespace sable_lanecfg::tool

@@ -29,6 +29,13 @@ struct Answer {
 /// Gives a subcommand the options --format and -o.
 void addOutputOptions(CLI::App& command, OutputOptions& options);
 
+/// Throws UsageError when the file for the answer is one that the command reads.
+void refuseToOverwrite(const std::vector<std::string>& inputs, const OutputOptions& options);
+
+/// Brings what was written to standard output on its way. Throws RequestError when that can't be
+/// done; a reader that has ended has all it wanted.
+void finishStandardOutput();
+
 /// Writes the answer where the options want it. Throws RequestError when that can't be done.
 void writeAnswer(const Answer& answer, const OutputOptions& options);
 

@@ -75,6 +75,7 @@ ExitCode run(const PackOptions& options, Console& console) {
     if (options.output.format == "csv" && options.wantsPorts && options.wantsCandidates) {
         throw UsageError("CSV holds one table: give --ports or --why, not both.");
     }
+    refuseToOverwrite({options.request.file}, options.output);
     const Request request = readRequest(options.request);
     const Database database =
         findDatabase(chooseDatabaseRoot(options.request.database), *request.rules);

@@ -32,7 +32,8 @@ gt_quad_packing packingOf(const Request& request, const Database& database) {
                     loaded.m_fields, loaded.m_deviceData};
         }
     } catch (...) {
-        throw RequestError("Request " + request.file + " failed: " + currentExceptionText());
+        throw RequestError("Request " + request.file + " failed on the database " +
+                           database.folder.string() + ": " + currentExceptionText());
     }
     throwUnusableParameters(request, database);
 }
@@ -46,6 +47,7 @@ PackingQuestion askForPacking(const Request& request, const Database& database, 
     }
     tellOfDoubts(request, database, console);
     console.progress("Packing the channels of " + request.file);
+    const int errorsBeforeLoading = console.errorCount();
     PackingQuestion question{packingOf(request, database), {}};
     const int errorsBefore = console.errorCount();
     question.messages = question.packing.canBePacked(true);
@@ -53,9 +55,10 @@ PackingQuestion askForPacking(const Request& request, const Database& database, 
     if (console.errorCount() > errorsBefore) {
         throw RequestError("Request " + request.file +
                            " can't be judged; the messages before this one tell why. Each rate in "
-                           "use needs its parameters, each lane its rate pin, and the database's "
-                           "device.json its PLL limits.");
+                           "use needs its parameters, each lane its rate pin, and " +
+                           database.deviceFile() + " its PLL limits.");
     }
+    tellOfErrors(request, database, console, errorsBeforeLoading);
     return question;
 }
 

@@ -3,6 +3,7 @@
 #include "database.h"
 #include "errors.h"
 #include "json_document.h"
+#include "option_value.h"
 #include "request_dictionaries.h"
 
 #include <CLI/CLI.hpp>
@@ -101,6 +102,7 @@ const std::string& firstGiven(const std::string& option, const std::string& othe
 void addRequestOptions(CLI::App& command, RequestOptions& options) {
     command.add_option("request", options.file, "Request: a user parameter file of the library")
         ->type_name("REQUEST")
+        ->check(emptyValueFault)
         ->required();
     command.add_option("--family", options.family, "Family, in place of the request's own")
         ->check(CLI::IsMember(familyWords()));

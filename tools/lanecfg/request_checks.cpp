@@ -1,11 +1,21 @@
 #include "request_checks.h"
 
 #include "errors.h"
+#include "json_document.h"
 #include "request_dictionaries.h"
 #include "user_parameter_fault.h"
 
 namespace sable_lanecfg::tool {
 namespace {
+
+/// The library goes on without a file that it can't read, and tells neither place nor reason.
+void requireObject(const std::string& file) {
+    if (!readJsonDocument(file, Lists::abridged).root.is_object()) {
+        throw RequestError("Error in parsing the file " + file +
+                           ". A file of a database is a JSON object; lanecfg check-database tells "
+                           "what it holds.");
+    }
+}
 
 /// The library would answer something else than what was asked for.
 void tellOfMisreadValue(const Request& request, const Database& database, Console& console) {
@@ -39,9 +49,22 @@ void warnOfDoubts(const Request& request, Console& console) {
 }  // namespace
 
 void tellOfDoubts(const Request& request, const Database& database, Console& console) {
+    for (const std::string& file :
+         {database.deviceFile(), database.parametersFile(), database.registersFile()}) {
+        requireObject(file);
+    }
     tellOfMisreadValue(request, database, console);
     warnOfDoubts(request, console);
     warnOfMissingPart(request, console);
+}
+
+void tellOfErrors(const Request& request, const Database& database, Console& console,
+                  int errorsBefore) {
+    if (console.errorCount() > errorsBefore) {
+        console.error("Request " + request.file + " on the database " + database.folder.string() +
+                      ": don't rely on the answer before what the messages above name is mended. "
+                      "lanecfg check-database tells whether the database is at fault.");
+    }
 }
 
 void throwUnusableParameters(const Request& request, const Database& database) {
@@ -51,8 +74,8 @@ void throwUnusableParameters(const Request& request, const Database& database) {
     }
     throw RequestError("Request " + request.file +
                        " can't be loaded; the messages before this "
-                       "one tell why. Its parameters must be declared in the database's "
-                       "parameters.json, with values of their types.");
+                       "one tell why. Its parameters must be declared in " +
+                       database.parametersFile() + ", with values of their types.");
 }
 
 }  // namespace sable_lanecfg::tool

@@ -1,4 +1,5 @@
 #include "configured_instance.h"
+#include "option_value.h"
 #include "output.h"
 #include "snapshot_rows.h"
 #include "subcommand.h"
@@ -13,6 +14,7 @@ struct SnapshotOptions {
 };
 
 ExitCode run(const SnapshotOptions& options, Console& console) {
+    refuseToOverwrite({options.request.file}, options.output);
     const RequestRun run(options.request, console);
     Answer answer;
     answer.table = snapshotRows(run.instance.engine().blockVarMap, options.filter);
@@ -34,11 +36,14 @@ void addSnapshotCommand(CLI::App& program, Work& chosen) {
             addListOption(command, "--name", options.filter.names,
                           "Only variables whose name matches this shell pattern (* ? [...])")
                 ->type_name("PATTERN");
-            addListOption(command, "--channel", options.filter.channels, "Only this channel");
+            addListOption(command, "--channel", options.filter.channels, "Only this channel")
+                ->check(wholeNumberFault);
             addListOption(command, "--tx-rate", options.filter.txRates,
-                          "Only passes of this transmit rate");
+                          "Only passes of this transmit rate")
+                ->check(wholeNumberFault);
             addListOption(command, "--rx-rate", options.filter.rxRates,
-                          "Only passes of this receive rate");
+                          "Only passes of this receive rate")
+                ->check(wholeNumberFault);
             addOutputOptions(command, options.output);
         },
         run);

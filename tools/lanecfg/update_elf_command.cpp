@@ -58,15 +58,35 @@ void requireDirectory(const fs::path& directory) {
     }
 }
 
+/// Why a file can't be written, empty when it can. Opening a pipe would wait for its reader.
+std::string writeFault(const fs::path& file) {
+    std::error_code missing;
+    const fs::file_status status = fs::status(file, missing);
+    if (fs::is_other(status)) {
+        return "It is no regular file";
+    }
+    errno = 0;
+    const std::ofstream stream(file, std::ios_base::app);
+    return stream ? std::string() : std::generic_category().message(errno);
+}
+
 /// The library passes over files that it can't write, and the script would find the table of an
 /// earlier run.
 void requireWritable(const fs::path& file) {
-    errno = 0;
-    const std::ofstream stream(file, std::ios_base::app);
-    if (!stream) {
-        throw RequestError("Cannot write the file " + file.string() + ": " +
-                           std::generic_category().message(errno) +
+    const std::string fault = writeFault(file);
+    if (!fault.empty()) {
+        throw RequestError("Cannot write the file " + file.string() + ": " + fault +
                            ". An update writes it into the work directory.");
+    }
+}
+
+/// An update writes the rate table and the log before its script reads anything.
+void requireOther(const fs::path& written, const fs::path& input) {
+    std::error_code missing;
+    if (fs::equivalent(written, input, missing)) {
+        throw RequestError("The file " + written.string() +
+                           " is overwritten by an update, and is its request or ELF too. Name "
+                           "another file, or another work directory.");
     }
 }
 
@@ -109,6 +129,11 @@ Answer answerOf(const UpdatePaths& paths) {
 
 ExitCode run(const UpdateElfOptions& options, Console& console) {
     const UpdatePaths paths(options);
+    refuseToOverwrite({options.request.file, paths.elfFile.string()}, options.output);
+    for (const fs::path& written : {paths.rateTable, paths.log}) {
+        requireOther(written, options.request.file);
+        requireOther(written, paths.elfFile);
+    }
     RequestRun run(options.request, console);
     requireElf(paths.elfFile);
     requireDirectory(paths.workDir);

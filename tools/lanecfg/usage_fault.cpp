@@ -2,6 +2,7 @@
 
 #include "json_shape.h"
 
+#include <array>
 #include <cstddef>
 
 namespace sable_lanecfg::tool {
@@ -21,51 +22,66 @@ std::string textFault(const std::string& key, const json& value) {
     return hasText(value) ? std::string() : wrongShape(key, "a text", value);
 }
 
-std::string listFault(const std::string& key, const json& value) {
+/// The number of a lane or a rate.
+std::string numberFault(const std::string& key, const json& value) {
+    const std::string text = readerText(value);
+    const bool isNumber = convertsTo<unsigned>(text) && text.find('-') == std::string::npos;
+    return isNumber ? std::string() : wrongShape(key, "a whole number from 0 on", value);
+}
+
+std::string flagFault(const std::string& key, const json& value) {
+    return convertsTo<bool>(readerText(value)) ? std::string()
+                                               : wrongShape(key, "true, false, 1 or 0", value);
+}
+
+using faultSearch = std::string (*)(const std::string& key, const json& value);
+
+std::string listFault(const std::string& key, const json& value, faultSearch elementFault) {
     if (!isReadAsList(value)) {
         return wrongShape(key, "a list", value);
     }
     std::string fault;
     if (value.is_array()) {
         for (std::size_t index = 0; index < value.size() && fault.empty(); ++index) {
-            fault = textFault(elementKey(key, index), value[index]);
+            fault = elementFault(elementKey(key, index), value[index]);
         }
     }
     return fault;
 }
 
-/// Fault of one member of a group of lanes; a key that is missing is the library's to tell.
-std::string laneMemberFault(const std::string& key, const json& lane, const char* name) {
-    const auto found = lane.find(name);
-    if (found == lane.end()) {
-        return {};
-    }
-    const std::string memberKey = key + "." + name;
-    return name == std::string("group") ? textFault(memberKey, *found)
-                                        : listFault(memberKey, *found);
+std::string listOfTextsFault(const std::string& key, const json& value) {
+    return listFault(key, value, textFault);
 }
 
-std::string laneUsageFault(const json& laneUsage) {
-    for (std::size_t index = 0; index < laneUsage.size(); ++index) {
-        for (const char* const name : {"group", "tx", "rx", "txrate", "rxrate", "rates"}) {
-            const std::string fault =
-                laneMemberFault(elementKey("laneUsage", index), laneUsage[index], name);
-            if (!fault.empty()) {
-                return fault;
-            }
-        }
-    }
-    return {};
+std::string listOfNumbersFault(const std::string& key, const json& value) {
+    return listFault(key, value, numberFault);
 }
 
-/// Fault of one quad: its flag is a value that the library tells about, all else are lists.
-std::string quadFault(const std::string& key, const json& quad) {
-    if (!quad.is_object()) {
-        return wrongShape(key, "an object", quad);
+/// A key that every group of lanes has, and what its value must be.
+struct LaneMember {
+    const char* name;
+    faultSearch fault;
+};
+
+constexpr std::array<LaneMember, 6> laneMembers = {{{"group", textFault},
+                                                    {"tx", listOfNumbersFault},
+                                                    {"rx", listOfNumbersFault},
+                                                    {"txrate", listOfTextsFault},
+                                                    {"rxrate", listOfTextsFault},
+                                                    {"rates", listOfNumbersFault}}};
+
+std::string laneFault(const std::string& key, const json& lane) {
+    if (!lane.is_object()) {
+        return wrongShape(key, "an object", lane);
     }
-    for (const auto& [name, value] : quad.items()) {
+    for (const LaneMember& member : laneMembers) {
+        const std::string memberKey = key + "." + member.name;
+        const auto found = lane.find(member.name);
         const std::string fault =
-            name == "IS_CURRENT_QUAD" ? std::string() : listFault(key + "." + name, value);
+            found == lane.end()
+                ? "the key \"" + memberKey +
+                      "\" is missing; a group of lanes has group, tx, rx, txrate, rxrate and rates."
+                : member.fault(memberKey, *found);
         if (!fault.empty()) {
             return fault;
         }
@@ -73,20 +89,48 @@ std::string quadFault(const std::string& key, const json& quad) {
     return {};
 }
 
-/// Quads stand in a list, or each in an object that repeats its own key; an object without that
-/// key is the library's to tell.
+std::string laneUsageFault(const json& laneUsage) {
+    return listFault("laneUsage", laneUsage, laneFault);
+}
+
+/// Fault of one quad: a flag, all else are lists.
+std::string quadFault(const std::string& key, const json& quad) {
+    if (!quad.is_object()) {
+        return wrongShape(key, "an object", quad);
+    }
+    for (const auto& [name, value] : quad.items()) {
+        const std::string memberKey = key + "." + name;
+        const std::string fault = name == "IS_CURRENT_QUAD" ? flagFault(memberKey, value)
+                                                            : listOfTextsFault(memberKey, value);
+        if (!fault.empty()) {
+            return fault;
+        }
+    }
+    return {};
+}
+
+/// A quad in an object that repeats its own key.
+std::string quadBelowItsNameFault(const std::string& key, const std::string& name,
+                                  const json& entry) {
+    const std::string entryKey = key + "." + name;
+    if (!entry.is_object() || !entry.contains(name)) {
+        return "the key \"" + entryKey +
+               "\" must be an object that holds the quad under the same key. Quads may also stand "
+               "in a list.";
+    }
+    return quadFault(entryKey + "." + name, entry[name]);
+}
+
+/// Quads stand in a list, or each in an object that repeats its own key.
 std::string quadsFault(const std::string& key, const json& quads) {
     if (!quads.is_structured() && !isReadAsList(quads)) {
         return wrongShape(key, "a list of quads", quads);
     }
-    std::size_t index = 0;
+    if (!quads.is_object()) {
+        return listFault(key, quads, quadFault);
+    }
     for (const auto& [name, entry] : quads.items()) {
-        std::string fault;
-        if (quads.is_array()) {
-            fault = quadFault(elementKey(key, index++), entry);
-        } else if (entry.is_object() && entry.contains(name)) {
-            fault = quadFault(key + "." + name + "." + name, entry[name]);
-        }
+        const std::string fault = quadBelowItsNameFault(key, name, entry);
         if (!fault.empty()) {
             return fault;
         }

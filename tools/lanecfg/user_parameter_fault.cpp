@@ -5,8 +5,6 @@
 #include "parameter_checks.h"
 #include "usage_fault.h"
 
-#include <boost/property_tree/ptree.hpp>
-
 #include <exception>
 #include <utility>
 
@@ -14,20 +12,6 @@ namespace sable_lanecfg::tool {
 namespace {
 
 using nlohmann::json;
-
-/// The text that the library's reader makes of a value: lists and objects have none of their own.
-std::string readerText(const json& value) {
-    if (value.is_string()) {
-        return value.get<std::string>();
-    }
-    return value.is_structured() ? std::string() : value.dump();
-}
-
-/// The conversion that the library uses.
-template <class Value>
-bool convertsTo(const std::string& text) {
-    return boost::property_tree::ptree(text).get_value_optional<Value>().has_value();
-}
 
 bool converts(const json& value, const std::string& type) {
     const std::string text = readerText(value);
