@@ -328,10 +328,8 @@ TEST_F(PackCommand, CsvHoldsOneTable) {
 }
 
 TEST_F(PackCommand, RefusesAFamilyWithOnePll) {
-    const ProgramResult result = run({"pack", requestPath("sxd4_pam4_56g")});
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_EQ(result.output, "");
-    EXPECT_THAT(result.errors, HasSubstr("There is no packing for SXD4"));
+    const std::string file = requestPath("sxd4_pam4_56g");
+    expectFailure(run({"pack", file}), 1, "Request " + file + ": There is no packing for SXD4");
 }
 
 TEST_F(PackCommand, MissingParameterCannotBeJudged) {

@@ -42,7 +42,8 @@ gt_quad_packing packingOf(const Request& request, const Database& database) {
 
 PackingQuestion askForPacking(const Request& request, const Database& database, Console& console) {
     if (!request.rules->isPacked) {
-        throw RequestError("There is no packing for " + request.rules->family +
+        throw RequestError("Request " + request.file + ": There is no packing for " +
+                           request.rules->family +
                            ": its channels have one PLL, and nothing is left to choose.");
     }
     tellOfDoubts(request, database, console);
