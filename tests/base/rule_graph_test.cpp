@@ -156,8 +156,8 @@ TEST_F(RuleGraph, MentionedNameThatAMapSubscriptMadeHasNoVertex) {
     EXPECT_EQ(mentioned.held, engine.findVariable("new"));
 }
 
-TEST_F(RuleGraph, FieldsEnteredInAnyOrderStandBesideTheirRegister) {
-    // Far more fields than a search from the last one walks, in turns from both ends.
+TEST_F(RuleGraph, FieldsEnteredInAnyOrderStandInKeyOrder) {
+    // In turns from both ends.
     std::vector<std::string> inKeyOrder{"A_CFG", "B_CFG"};
     for (char field = 'A'; field <= 'Z'; ++field) {
         inKeyOrder.push_back(std::string("B_CFG.") + field + '0');
@@ -175,6 +175,70 @@ TEST_F(RuleGraph, FieldsEnteredInAnyOrderStandBesideTheirRegister) {
         names.push_back(held.first);
     }
     EXPECT_EQ(names, inKeyOrder);
+}
+
+TEST_F(RuleGraph, VariablesMadeAheadGetTheirVerticesWhenRulesEnterThem) {
+    ruleVariable& first = engine.mention("a");
+    ruleVariable& second = engine.mention("b");
+    engine.makeVariables({&first, &second});
+    EXPECT_EQ(engine.varMap.size(), 2U);
+    EXPECT_EQ(engine.varMap.at("a").value.which(), 0);
+    EXPECT_EQ(first.held, engine.findVariable("a"));
+    EXPECT_EQ(vertexCount(), 0U);
+
+    engine.registerRule({&first}, second, noting("rule"));
+    EXPECT_EQ(engine.addVertex("b", varInfo()), 0U);
+    EXPECT_EQ(engine.addVertex("a", varInfo()), 1U);
+    EXPECT_EQ(vertexCount(), 2U);
+    engine.runRules();
+    EXPECT_THAT(ran, ElementsAre("rule"));
+}
+
+TEST_F(RuleGraph, AVariableMadeAheadGetsItsVertexWhenItIsSet) {
+    engine.makeVariables({&engine.mention("a")});
+    engine.setVal("a", 5U);
+    EXPECT_EQ(vertexCount(), 1U);
+    EXPECT_EQ(engine.getVal<unsigned int>("a"), 5U);
+}
+
+TEST_F(RuleGraph, VariablesMadeAheadStandInKeyOrderAmongTheOthers) {
+    for (const char* const present : {"d", "a", "f"}) {
+        engine.setVal(present, 1U);
+    }
+    std::vector<ruleVariable*> ascending;
+    for (const char* const name : {"b", "c", "d", "e", "g"}) {
+        ascending.push_back(&engine.mention(name));
+    }
+    engine.makeVariables(ascending);
+    std::vector<std::string> names;
+    for (const auto& held : engine.varMap) {
+        names.push_back(held.first);
+    }
+    EXPECT_THAT(names, ElementsAre("a", "b", "c", "d", "e", "f", "g"));
+    EXPECT_EQ(engine.getVal<unsigned int>("d"), 1U);
+    EXPECT_EQ(vertexCount(), 3U);
+}
+
+TEST_F(RuleGraph, VariablesMadeAheadMayComeInAnyOrder) {
+    std::vector<ruleVariable*> all;
+    for (const char* const name : {"c", "a", "b", "a"}) {
+        all.push_back(&engine.mention(name));
+    }
+    engine.makeVariables(all);
+    EXPECT_EQ(engine.varMap.size(), 3U);
+    for (const ruleVariable* const made : all) {
+        EXPECT_EQ(made->held, engine.findVariable(made->variableName()));
+    }
+}
+
+TEST_F(RuleGraph, NothingIsMadeAheadOfANameThatAMapSubscriptMade) {
+    engine.getValAsString("new");
+    ruleVariable& mentioned = engine.mention("new");
+    engine.makeVariables({&mentioned});
+    EXPECT_EQ(mentioned.held, nullptr);
+    EXPECT_EQ(engine.addVertex("new", varInfo()), 0U);
+    EXPECT_EQ(vertexCount(), 0U);
+    EXPECT_EQ(mentioned.held, engine.findVariable("new"));
 }
 
 // ---- rules and their order ----------------------------------------------------------------

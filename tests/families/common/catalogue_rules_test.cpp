@@ -51,11 +51,16 @@ class CatalogueRules : public testing::Test {
     unsigned int value(const std::string& name) { return engine.getVal<unsigned int>(name); }
     int ruleNumber(const std::string& name) { return engine.varMap.at(name).ruleNumber.value(); }
 
+    void registerAll(const register_catalogue& catalogue, const logicRules& rules,
+                     const logicRules& rulesOfEngine = {}) {
+        registerCatalogue(engine, catalogue_plan(catalogue), rules, rulesOfEngine);
+    }
+
     /// The text of the refusal, empty when the catalogue is taken.
     std::string refusalOf(const register_catalogue& catalogue, const logicRules& rules,
                           const logicRules& rulesOfEngine = {}) {
         try {
-            registerCatalogue(engine, catalogue, rules, rulesOfEngine);
+            registerAll(catalogue, rules, rulesOfEngine);
         } catch (const std::logic_error& refusal) {
             return refusal.what();
         }
@@ -70,8 +75,7 @@ class CatalogueRules : public testing::Test {
 };
 
 TEST_F(CatalogueRules, ConstantFieldsMakeTheWord) {
-    registerCatalogue(
-        engine,
+    registerAll(
         {{"CLOCK_CFG", {constant("DIVIDER", 9), constant("SOURCE", 2), constant("ENABLE", 1)}}},
         {});
     engine.runPass();
@@ -81,14 +85,14 @@ TEST_F(CatalogueRules, ConstantFieldsMakeTheWord) {
 }
 
 TEST_F(CatalogueRules, AConstantComesBackAfterItWasOverwritten) {
-    registerCatalogue(engine, {constantWord("SPARE_CFG", 7)}, {});
+    registerAll({constantWord("SPARE_CFG", 7)}, {});
     engine.setVal("SPARE_CFG", std::string("overwritten"));
     engine.runPass();
     EXPECT_EQ(value("SPARE_CFG"), 7U);
 }
 
 TEST_F(CatalogueRules, ACopyIsOneOrZeroAsItsFlagIs) {
-    registerCatalogue(engine, {fieldsOnly("CLOCK_CFG", {copy("ENABLE", "PCIE_ENABLE")})}, {});
+    registerAll({fieldsOnly("CLOCK_CFG", {copy("ENABLE", "PCIE_ENABLE")})}, {});
     engine.setVal("PCIE_ENABLE", true);
     engine.runPass();
     EXPECT_EQ(value("CLOCK_CFG.ENABLE"), 1U);
@@ -98,14 +102,14 @@ TEST_F(CatalogueRules, ACopyIsOneOrZeroAsItsFlagIs) {
 }
 
 TEST_F(CatalogueRules, ACopyOfSomethingElseThanAFlagIsBadGet) {
-    registerCatalogue(engine, {fieldsOnly("CLOCK_CFG", {copy("ENABLE", "PCIE_ENABLE")})}, {});
+    registerAll({fieldsOnly("CLOCK_CFG", {copy("ENABLE", "PCIE_ENABLE")})}, {});
     engine.setVal("PCIE_ENABLE", 1U);
     EXPECT_THROW(engine.runPass(), boost::bad_get);
 }
 
 TEST_F(CatalogueRules, ALogicFieldTakesTheRuleBesideTheCatalogue) {
-    registerCatalogue(engine, {fieldsOnly("CLOCK_CFG", {logic("SOURCE")})},
-                      {{"CLOCK_CFG.SOURCE", givesNumber(3)}});
+    registerAll({fieldsOnly("CLOCK_CFG", {logic("SOURCE")})},
+                {{"CLOCK_CFG.SOURCE", givesNumber(3)}});
     engine.runPass();
     EXPECT_EQ(value("CLOCK_CFG.SOURCE"), 3U);
 }
@@ -120,8 +124,7 @@ TEST_F(CatalogueRules, RulesAreNumberedInTheOrderOfTheCatalogue) {
                                     found.set(true);
                                 });
                             }}};
-    registerCatalogue(
-        engine,
+    registerAll(
         {{"CLOCK_CFG", {constant("DIVIDER", 9), logic("SOURCE"), copy("ENABLE", "PCIE_ENABLE")}},
          fieldsOnly("LINK_CFG", {constant("DELAY", 17), shared("WIDTH", "width search")}),
          constantWord("SPARE_CFG", 7),
@@ -146,35 +149,34 @@ TEST_F(CatalogueRules, RulesAreNumberedInTheOrderOfTheCatalogue) {
 
 TEST_F(CatalogueRules, AWordDeclaresAllItsFieldsSoItWaitsForThem) {
     // The word stands first, and the rule that writes the shared field comes last.
-    registerCatalogue(engine,
-                      {fieldsOnly("LINK_CFG", {constant("DELAY", 1), shared("WIDTH", "late")}),
-                       word("LINK_CFG"), step("late")},
-                      {{"late", [](rule_declaration& rule) {
-                            const auto width = rule.writes("LINK_CFG.WIDTH");
-                            rule.body([=] { width.set(2); });
-                        }}});
+    registerAll({fieldsOnly("LINK_CFG", {constant("DELAY", 1), shared("WIDTH", "late")}),
+                 word("LINK_CFG"), step("late")},
+                {{"late", [](rule_declaration& rule) {
+                      const auto width = rule.writes("LINK_CFG.WIDTH");
+                      rule.body([=] { width.set(2); });
+                  }}});
     engine.runPass();
     EXPECT_EQ(value("LINK_CFG"), 0x201U);
 }
 
 TEST_F(CatalogueRules, AFieldsRuleMayWriteOtherFieldsToo) {
-    registerCatalogue(engine, {{"LINK_CFG", {logic("DELAY"), shared("WIDTH", "LINK_CFG.DELAY")}}},
-                      {{"LINK_CFG.DELAY", [](rule_declaration& rule) {
-                            const auto delay = rule.writes("LINK_CFG.DELAY");
-                            const auto width = rule.writes("LINK_CFG.WIDTH");
-                            rule.body([=] {
-                                delay.set(3);
-                                width.set(4);
-                            });
-                        }}});
+    registerAll({{"LINK_CFG", {logic("DELAY"), shared("WIDTH", "LINK_CFG.DELAY")}}},
+                {{"LINK_CFG.DELAY", [](rule_declaration& rule) {
+                      const auto delay = rule.writes("LINK_CFG.DELAY");
+                      const auto width = rule.writes("LINK_CFG.WIDTH");
+                      rule.body([=] {
+                          delay.set(3);
+                          width.set(4);
+                      });
+                  }}});
     engine.runPass();
     EXPECT_EQ(value("LINK_CFG"), 0x403U);
     EXPECT_EQ(ruleNumber("LINK_CFG.WIDTH"), ruleNumber("LINK_CFG.DELAY"));
 }
 
 TEST_F(CatalogueRules, RulesOfTheEngineStandBesideTheCatalogueToo) {
-    registerCatalogue(engine, {{"LINK_CFG", {logic("DELAY"), logic("WIDTH")}}},
-                      {{"LINK_CFG.WIDTH", givesNumber(4)}}, {{"LINK_CFG.DELAY", givesNumber(3)}});
+    registerAll({{"LINK_CFG", {logic("DELAY"), logic("WIDTH")}}},
+                {{"LINK_CFG.WIDTH", givesNumber(4)}}, {{"LINK_CFG.DELAY", givesNumber(3)}});
     engine.runPass();
     EXPECT_EQ(value("LINK_CFG"), 0x403U);
     EXPECT_EQ(ruleNumber("LINK_CFG.DELAY"), 0);
@@ -191,13 +193,40 @@ TEST_F(CatalogueRules, ARuleOfTheEngineDoesNotReplaceTheOneOfAllEngines) {
     EXPECT_EQ(refusalOf({fieldsOnly("LINK_CFG", {logic("DELAY")})},
                         {{"LINK_CFG.DELAY", givesNumber(3)}}, {{"LINK_CFG.DELAY", givesNumber(4)}}),
               "register catalogue: LINK_CFG.DELAY has a rule, but is no logic field and no step");
+}
+
+TEST_F(CatalogueRules, ACatalogueThatLacksARuleRegistersNothing) {
+    refusalOf({{"CLOCK_CFG", {constant("DIVIDER", 9), logic("SOURCE")}}}, {});
+    EXPECT_TRUE(engine.varMap.empty());
+}
+
+TEST_F(CatalogueRules, AStepMayStandAtSeveralPlaces) {
+    registerAll({step("count"), constantWord("SPARE_CFG", 7), step("count")},
+                {{"count", [](rule_declaration& rule) {
+                      const auto counted = rule.writes("INT_COUNT");
+                      rule.body([=] { counted.set(1); });
+                  }}});
+    // The last one registered owns what they write.
+    EXPECT_EQ(ruleNumber("INT_COUNT"), 2);
+}
+
+TEST_F(CatalogueRules, WhatIsSetBeforeKeepsItsValueAndItsPlace) {
+    engine.setVal("CLOCK_CFG.SOURCE", 2U);
+    engine.setVal("PCIE_ENABLE", true);
+    registerAll({fieldsOnly("CLOCK_CFG", {constant("DIVIDER", 9), copy("ENABLE", "PCIE_ENABLE")}),
+                 fieldsOnly("CLOCK_CFG", {constant("SOURCE", 1)})},
+                {});
+    EXPECT_EQ(value("CLOCK_CFG.SOURCE"), 2U);
+    EXPECT_EQ(engine.addVertex("CLOCK_CFG.SOURCE", varInfo()), 0U);
+    EXPECT_EQ(engine.addVertex("PCIE_ENABLE", varInfo()), 1U);
+    EXPECT_EQ(engine.addVertex("CLOCK_CFG.DIVIDER", varInfo()), 2U);
     engine.runPass();
-    EXPECT_EQ(value("LINK_CFG.DELAY"), 3U);
+    EXPECT_EQ(value("CLOCK_CFG.SOURCE"), 1U);
+    EXPECT_EQ(value("CLOCK_CFG.ENABLE"), 1U);
 }
 
 TEST_F(CatalogueRules, VerticesAreThoseOfPlainRuleCalls) {
-    registerCatalogue(
-        engine,
+    registerAll(
         {{"CLOCK_CFG", {constant("DIVIDER", 9), logic("SOURCE"), copy("ENABLE", "PCIE_ENABLE")}}},
         {{"CLOCK_CFG.SOURCE", [](rule_declaration& rule) {
               const auto rate = rule.reads<double>("RATE");
@@ -211,14 +240,14 @@ TEST_F(CatalogueRules, VerticesAreThoseOfPlainRuleCalls) {
 }
 
 TEST_F(CatalogueRules, AWordThatTheDatabaseLacksIsZeroAndEntersTheDatabase) {
-    registerCatalogue(engine, {{"NEW_CFG", {constant("X", 5)}}}, {});
+    registerAll({{"NEW_CFG", {constant("X", 5)}}}, {});
     engine.runPass();
     EXPECT_EQ(value("NEW_CFG"), 0U);
     EXPECT_EQ(engine.attributes.count("NEW_CFG"), 1U);
 }
 
 TEST_F(CatalogueRules, AFieldOfTheDatabaseThatNoRuleWritesIsBadGet) {
-    registerCatalogue(engine, {{"LINK_CFG", {constant("DELAY", 1)}}}, {});
+    registerAll({{"LINK_CFG", {constant("DELAY", 1)}}}, {});
     EXPECT_THROW(engine.runPass(), boost::bad_get);
 }
 

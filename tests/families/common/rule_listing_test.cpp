@@ -107,7 +107,7 @@ TEST_F(RuleListing, AConstantWordIsAConstant) {
 
 TEST_F(RuleListing, NumbersAreThoseOfTheRegisteredRules) {
     gt_rule_engine engine("SXA", {}, {}, {}, {}, {});
-    registerCatalogue(engine, smallCatalogue(), smallRules());
+    registerCatalogue(engine, catalogue_plan(smallCatalogue()), smallRules());
     for (std::size_t number = 0; number < rules.size(); ++number) {
         for (const std::string& output : rules[number].outputs) {
             EXPECT_EQ(engine.varMap.at(output).ruleNumber.value_or(-1), static_cast<int>(number))

@@ -2,6 +2,7 @@
 
 #include <lanecfg/rule_engine_base.h>
 
+#include <boost/container/deque.hpp>
 #include <boost/graph/compressed_sparse_row_graph.hpp>
 #include <boost/graph/depth_first_search.hpp>
 #include <boost/graph/topological_sort.hpp>
@@ -26,6 +27,12 @@ using dependencyGraph =
     boost::compressed_sparse_row_graph<boost::directedS, boost::no_property, boost::no_property,
                                        boost::no_property, vertex, vertex>;
 
+/// A list that grows while its elements stay in place. Large blocks: a rule set has thousands.
+template <class Item>
+using growing_list =
+    boost::container::deque<Item, void,
+                            boost::container::deque_options_t<boost::container::block_bytes<8192>>>;
+
 std::string streamed(double number) {
     std::ostringstream text;
     text << number;
@@ -49,12 +56,6 @@ struct valueText : boost::static_visitor<std::string> {
     }
 };
 
-/// Whether names are those of a register, REGISTER, or of its fields, REGISTER.FIELD.
-bool ofOneRegister(std::string_view name, std::string_view other) {
-    const std::string_view word = name.substr(0, name.find('.'));
-    return other.substr(0, word.size()) == word;
-}
-
 }  // namespace
 
 /// What the engine keeps about dependencies. The graph's vertices are variables, numbered in the
@@ -64,7 +65,7 @@ struct rule_engine_base::ruleGraph {
     ruleVariable& mention(std::string_view name);
     vertex enter(variableMap& variables, ruleVariable& entered);
     vertex enterNew(variableMap& variables, ruleVariable& entered, varInfo&& info);
-    variableMap::iterator placeFor(variableMap& variables, const std::string& name) const;
+    vertex enterAwaited(ruleVariable& entered);
     variable* find(variableMap& variables, const std::string& name);
     void connect(vertex input, vertex output);
     void enterOutput(variableMap& variables, const std::vector<ruleVariable*>& inputs,
@@ -74,16 +75,16 @@ struct rule_engine_base::ruleGraph {
     vertex vertexCount() const { return static_cast<vertex>(variableOfVertex.size()); }
 
     /// Rules by number. Elements stay in place when a rule body registers further rules.
-    std::deque<ruleInfo> rules;
+    growing_list<ruleInfo> rules;
     /// All names that were mentioned; elements stay in place.
-    std::deque<ruleVariable> mentioned;
+    growing_list<ruleVariable> mentioned;
     /// Places in `mentioned` by name.
     name_index placeByName;
     /// The variable of each vertex, null for a vertex that only an edge created.
     std::vector<variable*> variableOfVertex;
     /// Inputs with their outputs, in order of registration.
     std::deque<std::pair<vertex, vertex>> edges;
-    /// The last variable entered, near which the next one of a catalogue stands in the map.
+    /// The variable entered last.
     std::optional<variableMap::iterator> lastEntered;
     /// The sorted variables, last first, so that a pass looks nothing up.
     std::vector<variable*> reverseOrder;
@@ -103,7 +104,7 @@ ruleVariable& rule_engine_base::ruleGraph::mention(std::string_view name) {
     if (ruleVariable* const known = findMentioned(name, hash)) {
         return *known;
     }
-    mentioned.push_back({std::string(name), nullptr, boost::none});
+    mentioned.push_back({std::string(name), nullptr, false, boost::none});
     placeByName.enter(hash, static_cast<name_index::number>(mentioned.size() - 1));
     return mentioned.back();
 }
@@ -111,14 +112,26 @@ ruleVariable& rule_engine_base::ruleGraph::mention(std::string_view name) {
 /// Vertex of a name, which gets a variable and a vertex unless it has a variable. One that has a
 /// variable alone is answered with whatever vertex comes next.
 vertex rule_engine_base::ruleGraph::enter(variableMap& variables, ruleVariable& entered) {
+    if (entered.isAwaited) {
+        return enterAwaited(entered);
+    }
     return entered.held != nullptr ? entered.firstVertex.value_or(vertexCount())
                                    : enterNew(variables, entered, varInfo());
+}
+
+vertex rule_engine_base::ruleGraph::enterAwaited(ruleVariable& entered) {
+    const vertex next = vertexCount();
+    entered.isAwaited = false;
+    variableOfVertex.push_back(entered.held);
+    entered.firstVertex = entered.firstVertex.value_or(next);
+    return next;
 }
 
 vertex rule_engine_base::ruleGraph::enterNew(variableMap& variables, ruleVariable& entered,
                                              varInfo&& info) {
     const vertex next = vertexCount();
-    const auto place = placeFor(variables, entered.name);
+    // Who enters many names often has them in order.
+    const auto place = lastEntered ? std::next(*lastEntered) : variables.end();
     const std::size_t countBefore = variables.size();
     const auto node = variables.try_emplace(place, std::move(entered.name), std::move(info));
     entered.held = &*node;
@@ -129,28 +142,6 @@ vertex rule_engine_base::ruleGraph::enterNew(variableMap& variables, ruleVariabl
     variableOfVertex.push_back(&*node);
     entered.firstVertex = entered.firstVertex.value_or(next);
     return next;
-}
-
-/// A hint where a name belongs in the map. From the last one entered few steps lead to another
-/// field of its register, where a search would start at the root.
-variableMap::iterator rule_engine_base::ruleGraph::placeFor(variableMap& variables,
-                                                            const std::string& name) const {
-    if (!lastEntered) {
-        return variables.end();
-    }
-    auto place = *lastEntered;
-    int steps = ofOneRegister(place->first, name) ? 16 : 1;
-    if (name < place->first) {
-        while (--steps > 0 && place != variables.begin() && name < std::prev(place)->first) {
-            --place;
-        }
-    } else {
-        ++place;
-        while (--steps > 0 && place != variables.end() && place->first < name) {
-            ++place;
-        }
-    }
-    return place;
 }
 
 variable* rule_engine_base::ruleGraph::find(variableMap& variables, const std::string& name) {
@@ -294,6 +285,23 @@ void rule_engine_base::rule(const std::vector<std::string>& inputs,
 
 ruleVariable& rule_engine_base::mention(std::string_view name) {
     return graph->mention(name);
+}
+
+void rule_engine_base::makeVariables(const std::vector<ruleVariable*>& ascending) {
+    // Neighbours come one after the other, so the place behind the last one is mostly right.
+    auto place = varMap.begin();
+    for (ruleVariable* const made : ascending) {
+        if (made->held != nullptr) {
+            continue;
+        }
+        const std::size_t countBefore = varMap.size();
+        const auto node = varMap.try_emplace(place, std::move(made->name));
+        if (varMap.size() != countBefore) {
+            made->held = &*node;
+            made->isAwaited = true;
+        }
+        place = std::next(node);
+    }
 }
 
 std::vector<ruleVariable*> rule_engine_base::mentionAll(const std::vector<std::string>& names) {

@@ -24,27 +24,21 @@ unsigned int register_composer::word() {
     return word;
 }
 
-const ruleValue* register_composer::takeKnownValue(const std::string& field) {
-    const auto found =
-        std::find_if(known_.begin(), known_.end(), [&field](const ruleVariable* known) {
-            return known->held != nullptr && known->held->first == field;
-        });
-    if (found == known_.end()) {
-        return nullptr;
-    }
-    const ruleValue& value = (*found)->held->second.value;
-    // No other field of the layout has that name, so the next search is shorter.
-    *found = known_.back();
-    known_.pop_back();
-    return &value;
-}
-
 void register_composer::takeLayout() {
     // An unknown register enters the database without fields, as it does by name.
     const auto& layout = engine_->attributes[registerName_].fields;
     fields_.reserve(layout.size());
+    // Both have their names in order, so the next one known is mostly the next field.
+    auto known = known_.begin();
     for (const auto& [name, offsetAndWidth] : layout) {
-        fields_.push_back({&name, placeOfField(offsetAndWidth), takeKnownValue(name)});
+        while (known != known_.end() && (*known)->variableName().compare(name) < 0) {
+            ++known;
+        }
+        const ruleValue* value = nullptr;
+        if (known != known_.end() && (*known)->held != nullptr && (*known)->held->first == name) {
+            value = &(*known)->held->second.value;
+        }
+        fields_.push_back({&name, placeOfField(offsetAndWidth), value});
     }
     layoutTaken_ = true;
 }

@@ -17,8 +17,8 @@ namespace sable_lanecfg {
 /// variables: neither they nor the layout may be removed while it is in use.
 class register_composer {
   public:
-    /// `fields` are those of which it is known what rules refer to, in any order; others are looked
-    /// up.
+    /// `fields` are those of which it is known what rules refer to, in ascending order of name;
+    /// others are looked up.
     register_composer(gt_rule_engine& engine, std::string registerName,
                       std::vector<ruleVariable*> fields = {});
 
@@ -33,9 +33,6 @@ class register_composer {
     };
 
     void takeLayout();
-    /// The value of a field of which it is known what rules refer to, else null. That field is then
-    /// no longer among those known.
-    const ruleValue* takeKnownValue(const std::string& field);
 
     gt_rule_engine* engine_;
     std::string registerName_;

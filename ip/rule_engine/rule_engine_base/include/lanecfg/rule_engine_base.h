@@ -38,7 +38,8 @@ using variable = variableMap::value_type;
 /// own.
 struct ruleVariable {
     std::string name;          ///< until a variable bears it
-    variable* held = nullptr;  ///< null as long as nothing entered the variable
+    variable* held = nullptr;  ///< null as long as there is no variable
+    bool isAwaited = false;    ///< the variable was made, but nothing entered it yet
     /// Number of the first vertex of that name, if there is one.
     boost::optional<std::uint32_t> firstVertex;
 
@@ -105,6 +106,11 @@ class LANECFG_EXPORT rule_engine_base {
     /// What rules refer to for that name. Enters nothing. The reference stays valid for the
     /// engine's lifetime.
     ruleVariable& mention(std::string_view name);
+
+    /// Makes blank variables of names that rules are about to enter, in ascending order of name, so
+    /// that none of them has to search the map. Vertices come when the names are entered. A name
+    /// that has a variable keeps it.
+    void makeVariables(const std::vector<ruleVariable*>& ascending);
 
     /// `rule`, with names that were mentioned. The rule keeps no copy of its outputs' names.
     void registerRule(const std::vector<ruleVariable*>& inputs,

@@ -3,9 +3,10 @@
 #include "block/register_composer.h"
 #include "families/common/catalogue_visit.h"
 
+#include <boost/optional.hpp>
+
 #include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -36,136 +37,144 @@ logicRules::iterator placeOf(logicRules& rules, const std::string& name) {
     refuse(name, "has no rule beside it");
 }
 
-/// Pointers of which it is asked in the end which ones there are.
-template <class Item>
-class collection {
+/// The rules beside a catalogue, in the plan's order of their names.
+class rules_beside {
   public:
-    void add(const Item* item) { items_.push_back(item); }
-    /// To be called when all are there.
-    void sort() { std::sort(items_.begin(), items_.end(), std::less<>()); }
-    bool has(const Item* item) const {
-        return std::binary_search(items_.begin(), items_.end(), item, std::less<>());
+    rules_beside(const catalogue_plan& plan, const logicRules& rules,
+                 const logicRules& rulesOfEngine)
+        : names_(plan.logicRuleNames()), found_(names_.size(), nullptr) {
+        take(plan, rules);
+        take(plan, rulesOfEngine);
+        const auto missing = std::find(found_.begin(), found_.end(), nullptr);
+        if (missing != found_.end()) {
+            refuseWithoutRule(names_[static_cast<std::size_t>(missing - found_.begin())]);
+        }
     }
 
+    const ruleDeclarer& operator[](catalogue_plan::number place) const { return *found_[place]; }
+
   private:
-    std::vector<const Item*> items_;
+    /// Both have their names in order, so one walk finds the place of every rule.
+    void take(const catalogue_plan& plan, const logicRules& rules) {
+        auto place = plan.logicRulesInKeyOrder().begin();
+        const auto end = plan.logicRulesInKeyOrder().end();
+        for (const auto& [name, rule] : rules) {
+            while (place != end && names_[*place] < name) {
+                ++place;
+            }
+            // A step may stand at several places.
+            const auto first = place;
+            for (; place != end && names_[*place] == name && found_[*place] == nullptr; ++place) {
+                found_[*place] = &rule;
+            }
+            if (place == first) {
+                refuse(name, "has a rule, but is no logic field and no step");
+            }
+        }
+    }
+
+    const std::vector<std::string>& names_;
+    std::vector<const ruleDeclarer*> found_;
 };
 
-/// Registers the rules that it visits.
+/// Registers the rules of a plan.
 class catalogue_registration {
   public:
-    catalogue_registration(gt_rule_engine& engine, const logicRules& rules,
-                           const logicRules& rulesOfEngine)
-        : engine_(engine), rules_(rules), rulesOfEngine_(rulesOfEngine) {}
-
-    void constant(const std::string& name, unsigned int value) {
-        ruleVariable& output = engine_.mention(name);
-        const rule_output<unsigned int> written(&output);
-        engine_.registerRule({}, output, [written, value] { written.set(value); });
-        fields_.push_back(&output);
-    }
-
-    void copy(const std::string& field, const std::string& flagName) {
-        rule_declaration rule(&engine_);
-        const auto flag = rule.reads<bool>(flagName);
-        const auto written = rule.writes(field);
-        rule.body([=] { written.set(flag() ? 1U : 0U); });
-        rule.enter();
-        fields_.push_back(rule.outputs().front());
-    }
-
-    void logic(const std::string& name, const std::string& ownField) {
-        const auto& row = rowBeside(name);
-        rule_declaration rule(&engine_, ownField);
-        row.second(rule);
-        rule.enter();
-        if (!ownField.empty()) {
-            fields_.push_back(&outputNamed(ownField, rule));
+    catalogue_registration(gt_rule_engine& engine, const catalogue_plan& plan)
+        : engine_(engine), plan_(plan) {
+        variables_.reserve(plan.names().size());
+        for (const std::string& name : plan.names()) {
+            variables_.push_back(&engine.mention(name));
         }
-        for (const ruleVariable* const output : rule.outputs()) {
-            logicOutputs_.add(output);
-        }
-        usedRules_.add(&row);
+        engine.makeVariables(variablesAt(plan.inKeyOrder()));
     }
 
-    void shared(const std::string& field) {
-        sharedFields_.push_back(&engine_.mention(field));
-        fields_.push_back(sharedFields_.back());
-    }
-
-    void word(const std::string& registerName, const std::vector<registerField>& fields) {
-        enterWord(registerName,
-                  {fields_.end() - static_cast<std::ptrdiff_t>(fields.size()), fields_.end()});
-    }
-
-    void wordOfParts(const std::string& registerName, const std::vector<registerField>& fields) {
-        std::vector<ruleVariable*> inputs;
-        for (const std::string& name : fieldNames(registerName, fields)) {
-            inputs.push_back(&engine_.mention(name));
-        }
-        enterWord(registerName, inputs);
-    }
-
-    void checkThatRulesBelong() {
-        usedRules_.sort();
-        checkThatAllAreUsed(rules_);
-        checkThatAllAreUsed(rulesOfEngine_);
-        logicOutputs_.sort();
-        for (const ruleVariable* const field : sharedFields_) {
-            if (!logicOutputs_.has(field)) {
-                refuse(field->variableName(), "is written by no rule");
+    void enterAll(const rules_beside& rules) {
+        const std::vector<boost::optional<int>> writersBefore = writersOfSharedFields();
+        for (const catalogue_plan::plannedRule& rule : plan_.rules()) {
+            switch (rule.kind) {
+                case catalogue_plan::ruleKind::constant:
+                    enterConstant(*variables_[rule.output], rule.value);
+                    break;
+                case catalogue_plan::ruleKind::copy:
+                    enterCopy(*variables_[rule.output], *variables_[rule.source]);
+                    break;
+                case catalogue_plan::ruleKind::logic:
+                    enterLogic(rule, rules[rule.source]);
+                    break;
+                case catalogue_plan::ruleKind::compose:
+                    enterWord(*variables_[rule.output], plan_.words()[rule.source]);
+                    break;
             }
         }
+        checkThatSharedFieldsAreWritten(writersBefore);
     }
 
   private:
-    /// The rule beside the catalogue with what it stands beside.
-    const logicRules::value_type& rowBeside(const std::string& name) const {
-        for (const logicRules* const rules : {&rules_, &rulesOfEngine_}) {
-            const auto found = rules->find(name);
-            if (found != rules->end()) {
-                return *found;
-            }
+    std::vector<ruleVariable*> variablesAt(const std::vector<catalogue_plan::number>& places) {
+        std::vector<ruleVariable*> all;
+        all.reserve(places.size());
+        for (const catalogue_plan::number place : places) {
+            all.push_back(variables_[place]);
         }
-        refuseWithoutRule(name);
+        return all;
     }
 
-    void checkThatAllAreUsed(const logicRules& rules) const {
-        for (const auto& row : rules) {
-            if (!usedRules_.has(&row)) {
-                refuse(row.first, "has a rule, but is no logic field and no step");
-            }
-        }
+    void enterConstant(ruleVariable& output, unsigned int value) {
+        const rule_output<unsigned int> written(&output);
+        engine_.registerRule({}, output, [written, value] { written.set(value); });
     }
 
-    static ruleVariable& outputNamed(const std::string& field, const rule_declaration& rule) {
+    void enterCopy(ruleVariable& output, ruleVariable& source) {
+        const rule_output<unsigned int> written(&output);
+        const rule_input<bool> flag(&source);
+        engine_.registerRule({&source}, output, [=] { written.set(flag() ? 1U : 0U); });
+    }
+
+    void enterLogic(const catalogue_plan::plannedRule& planned, const ruleDeclarer& declare) {
+        const std::string& name = plan_.logicRuleNames()[planned.source];
+        const bool hasOwnField = planned.output != catalogue_plan::none;
+        rule_declaration rule(&engine_, hasOwnField ? name : std::string());
+        declare(rule);
+        rule.enter();
         const auto& outputs = rule.outputs();
-        const auto own = std::find_if(
-            outputs.begin(), outputs.end(),
-            [&field](const ruleVariable* output) { return output->variableName() == field; });
-        if (own == outputs.end()) {
-            refuse(field, "is not written by its own rule");
+        if (hasOwnField && std::find(outputs.begin(), outputs.end(), variables_[planned.output]) ==
+                               outputs.end()) {
+            refuse(name, "is not written by its own rule");
         }
-        return **own;
     }
 
-    void enterWord(const std::string& registerName, const std::vector<ruleVariable*>& fields) {
-        ruleVariable& output = engine_.mention(registerName);
+    void enterWord(ruleVariable& output, const catalogue_plan::plannedWord& word) {
         const rule_output<unsigned int> written(&output);
         engine_.registerRule(
-            fields, output,
-            [written, composer = register_composer(engine_, registerName, fields)]() mutable {
+            variablesAt(word.declared), output,
+            [written, composer = register_composer(engine_, output.variableName(),
+                                                   variablesAt(word.inKeyOrder))]() mutable {
                 written.set(composer.word());
             });
     }
 
+    std::vector<boost::optional<int>> writersOfSharedFields() const {
+        std::vector<boost::optional<int>> writers;
+        for (const catalogue_plan::number field : plan_.sharedFields()) {
+            const variable* const held = variables_[field]->held;
+            writers.push_back(held == nullptr ? boost::none : held->second.ruleNumber);
+        }
+        return writers;
+    }
+
+    void checkThatSharedFieldsAreWritten(const std::vector<boost::optional<int>>& writersBefore) {
+        const std::vector<boost::optional<int>> writers = writersOfSharedFields();
+        for (std::size_t i = 0; i < writers.size(); ++i) {
+            if (writers[i] == writersBefore[i]) {
+                refuse(plan_.names()[plan_.sharedFields()[i]], "is written by no rule");
+            }
+        }
+    }
+
     gt_rule_engine& engine_;
-    const logicRules& rules_;
-    const logicRules& rulesOfEngine_;
-    std::vector<ruleVariable*> fields_;  ///< in the order visited
-    std::vector<ruleVariable*> sharedFields_;
-    collection<logicRules::value_type> usedRules_;
-    collection<ruleVariable> logicOutputs_;
+    const catalogue_plan& plan_;
+    std::vector<ruleVariable*> variables_;  ///< by the plan's places
 };
 
 /// Collects the names of the logic fields and steps that it visits.
@@ -231,11 +240,10 @@ std::vector<std::string> fieldNames(const std::string& registerName,
     return names;
 }
 
-void registerCatalogue(gt_rule_engine& engine, const register_catalogue& catalogue,
-                       const logicRules& rules, const logicRules& rulesOfEngine) {
-    catalogue_registration registration(engine, rules, rulesOfEngine);
-    visitRules(catalogue, registration);
-    registration.checkThatRulesBelong();
+void registerCatalogue(gt_rule_engine& engine, const catalogue_plan& plan, const logicRules& rules,
+                       const logicRules& rulesOfEngine) {
+    const rules_beside beside(plan, rules, rulesOfEngine);
+    catalogue_registration(engine, plan).enterAll(beside);
 }
 
 }  // namespace sable_lanecfg

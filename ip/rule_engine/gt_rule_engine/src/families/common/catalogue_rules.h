@@ -1,5 +1,6 @@
 #pragma once
 
+#include "families/common/catalogue_plan.h"
 #include "families/common/register_catalogue.h"
 #include "families/common/rule_declaration.h"
 
@@ -38,12 +39,13 @@ std::vector<std::string> fieldNames(const std::string& registerName,
 /// them the rule that composes the register's word and declares its fields as inputs in that order.
 ///
 /// Throws std::logic_error, naming the rule or field, when catalogue and rules do not belong
-/// together: a logic field or step without a rule, a rule that neither stands beside, a rule that
-/// does not write its own field, or a shared field that no rule of the set writes.
+/// together: a logic field or step without a rule, or a rule that neither stands beside, before
+/// anything is registered; a rule that does not write its own field, or a shared field that no rule
+/// of the set writes, when it is met.
 ///
 /// `rulesOfEngine` stand beside the catalogue as `rules` do. They are those that refer to this
 /// engine, so that the others can be made once for all engines.
-void registerCatalogue(gt_rule_engine& engine, const register_catalogue& catalogue,
-                       const logicRules& rules, const logicRules& rulesOfEngine = {});
+void registerCatalogue(gt_rule_engine& engine, const catalogue_plan& plan, const logicRules& rules,
+                       const logicRules& rulesOfEngine = {});
 
 }  // namespace sable_lanecfg

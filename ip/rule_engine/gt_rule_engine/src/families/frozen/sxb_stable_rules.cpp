@@ -93,11 +93,13 @@ std::map<std::string, ruleValue> sxbStablePassStartValues() {
 }
 
 void registerSxbStableRxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxbStableRxCatalogue(), sxbStableRxLogicRules());
+    static const catalogue_plan plan(sxbStableRxCatalogue());
+    registerCatalogue(engine, plan, sxbStableRxLogicRules());
 }
 
 void registerSxbStableTxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxbStableTxCatalogue(), sxbStableTxLogicRules());
+    static const catalogue_plan plan(sxbStableTxCatalogue());
+    registerCatalogue(engine, plan, sxbStableTxLogicRules());
 }
 
 void registerSxbStablePllRules(gt_rule_engine& engine) {
@@ -105,7 +107,8 @@ void registerSxbStablePllRules(gt_rule_engine& engine) {
     enterStartValues(engine, {ofPass.begin(), ofPass.end()});
     enterStartValues(engine, sxbSolverStartValues());
     enterStartValues(engine, unwrittenIntermediates());
-    registerCatalogue(engine, sxbStablePllCatalogue(), sxbStablePllLogicRules(engine));
+    static const catalogue_plan plan(sxbStablePllCatalogue());
+    registerCatalogue(engine, plan, sxbStablePllLogicRules(engine));
 }
 
 }  // namespace sable_lanecfg

@@ -15,7 +15,8 @@ lane_cfg_sxa_instance::lane_cfg_sxa_instance(
     const std::map<std::string, std::vector<std::string>>& deviceSettings)
     : lane_cfg_instance(name, "SXA", usage, quads, types, params, std::move(registers),
                         deviceSettings) {
-    registerCatalogue(*this, sxaCatalogue(), {});
+    static const catalogue_plan plan(sxaCatalogue());
+    registerCatalogue(*this, plan, {});
     gt_rule_engine::runBlockRules();
     dumpVars();
 }

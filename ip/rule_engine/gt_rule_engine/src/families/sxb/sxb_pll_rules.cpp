@@ -91,9 +91,10 @@ logicRules sxbPllLogicRules(const gt_rule_engine& engine) {
 
 void registerSxbPllRules(gt_rule_engine& engine) {
     enterSxbPllStartValues(engine);
-    // Like the catalogue, the same for every engine.
+    // The same for every engine.
     static const logicRules rules = rulesOfAllEngines();
-    registerCatalogue(engine, sxbPllCatalogue(), rules, rulesOfEngine(engine));
+    static const catalogue_plan plan(sxbPllCatalogue());
+    registerCatalogue(engine, plan, rules, rulesOfEngine(engine));
 }
 
 }  // namespace sable_lanecfg

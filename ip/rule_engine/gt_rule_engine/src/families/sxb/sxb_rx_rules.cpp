@@ -22,9 +22,10 @@ logicRules sxbRxLogicRules() {
 }
 
 void registerSxbRxRules(gt_rule_engine& engine) {
-    // Like the catalogue, the same for every engine.
+    // The same for every engine.
     static const logicRules rules = sxbRxLogicRules();
-    registerCatalogue(engine, sxbRxCatalogue(), rules);
+    static const catalogue_plan plan(sxbRxCatalogue());
+    registerCatalogue(engine, plan, rules);
 }
 
 }  // namespace sable_lanecfg

@@ -17,9 +17,10 @@ logicRules sxbTxLogicRules() {
 }
 
 void registerSxbTxRules(gt_rule_engine& engine) {
-    // Like the catalogue, the same for every engine.
+    // The same for every engine.
     static const logicRules rules = sxbTxLogicRules();
-    registerCatalogue(engine, sxbTxCatalogue(), rules);
+    static const catalogue_plan plan(sxbTxCatalogue());
+    registerCatalogue(engine, plan, rules);
 }
 
 }  // namespace sable_lanecfg

@@ -76,11 +76,13 @@ logicRules sxcTxLogicRules() {
 }
 
 void registerSxcRxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxcRxCatalogue(), sxcRxLogicRules());
+    static const catalogue_plan plan(sxcRxCatalogue());
+    registerCatalogue(engine, plan, sxcRxLogicRules());
 }
 
 void registerSxcTxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxcTxCatalogue(), sxcTxLogicRules());
+    static const catalogue_plan plan(sxcTxCatalogue());
+    registerCatalogue(engine, plan, sxcTxLogicRules());
 }
 
 }  // namespace sable_lanecfg

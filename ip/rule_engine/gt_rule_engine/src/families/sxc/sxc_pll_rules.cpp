@@ -46,7 +46,8 @@ logicRules sxcPllLogicRules(const gt_rule_engine& engine) {
 
 void registerSxcPllRules(gt_rule_engine& engine) {
     enterSxbPllStartValues(engine);
-    registerCatalogue(engine, sxcPllCatalogue(), sxcPllLogicRules(engine));
+    static const catalogue_plan plan(sxcPllCatalogue());
+    registerCatalogue(engine, plan, sxcPllLogicRules(engine));
 }
 
 }  // namespace sable_lanecfg

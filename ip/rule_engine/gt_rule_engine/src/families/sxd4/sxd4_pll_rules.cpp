@@ -18,7 +18,8 @@ logicRules sxd4PllLogicRules(const gt_rule_engine& engine) {
 }
 
 void registerSxd4PllRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxd4PllCatalogue(), sxd4PllLogicRules(engine));
+    static const catalogue_plan plan(sxd4PllCatalogue());
+    registerCatalogue(engine, plan, sxd4PllLogicRules(engine));
 }
 
 }  // namespace sable_lanecfg

@@ -29,7 +29,8 @@ logicRules sxd4RxLogicRules() {
 }
 
 void registerSxd4RxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxd4RxCatalogue(), sxd4RxLogicRules());
+    static const catalogue_plan plan(sxd4RxCatalogue());
+    registerCatalogue(engine, plan, sxd4RxLogicRules());
 }
 
 }  // namespace sable_lanecfg

@@ -16,7 +16,8 @@ logicRules sxd4TxLogicRules() {
 }
 
 void registerSxd4TxRules(gt_rule_engine& engine) {
-    registerCatalogue(engine, sxd4TxCatalogue(), sxd4TxLogicRules());
+    static const catalogue_plan plan(sxd4TxCatalogue());
+    registerCatalogue(engine, plan, sxd4TxLogicRules());
 }
 
 }  // namespace sable_lanecfg
