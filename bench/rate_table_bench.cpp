@@ -121,9 +121,7 @@ void generation(benchmark::State& state) {
     state.counters["characters"] = static_cast<double>(characters);
     state.SetItemsProcessed(state.iterations() * state.range(0) * state.range(1));
 }
-BENCHMARK(generation)
-    ->ArgNames({"channels", "rates"})
-    ->ArgsProduct({{1, 4}, {1, 4, 16, 64}});
+BENCHMARK(generation)->ArgNames({"channels", "rates"})->ArgsProduct({{1, 4}, {1, 4, 16, 64}});
 
 /// One look at the name and the value of every variable of every snapshot.
 void snapshotWalk(benchmark::State& state) {
