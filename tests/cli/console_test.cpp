@@ -84,6 +84,17 @@ TEST(ConsoleMessages, AreCountedWhenTheyAreErrors) {
     testing::internal::GetCapturedStderr();
 }
 
+TEST(ConsoleMessages, ThatAreAlikeInARowAreShownOnceAndAllCounted) {
+    testing::internal::CaptureStderr();
+    Console console;
+    for (const char* const text : {"a", "a", "b", "a"}) {
+        console.error(text);
+    }
+    console.warning("a");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "ERROR: a\nERROR: b\nERROR: a\nWARNING: a\n");
+    EXPECT_EQ(console.errorCount(), 4);
+}
+
 TEST(ConsoleMessages, GoToTheSinkBeforeItAfterItsEnd) {
     const CapturedMessages captured;
     testing::internal::CaptureStderr();

@@ -97,16 +97,22 @@ Console::~Console() {
 
 void Console::show(unsigned severity, const std::string& text) {
     endProgress();
+    if (severity == ToolMsgSeverity::error) {
+        ++errorCount_;
+    }
     const SeverityLook& look = lookOf(severity);
+    // The library tells the same of each lane and rate.
+    std::string message = look.label + text;
+    if (message == lastMessage_) {
+        return;
+    }
+    lastMessage_ = std::move(message);
     if (hasColour_) {
         std::cerr << look.colour << look.label << ':' << endOfColour;
     } else {
         std::cerr << look.label << ':';
     }
     std::cerr << ' ' << shownText(text) << '\n';
-    if (severity == ToolMsgSeverity::error) {
-        ++errorCount_;
-    }
 }
 
 void Console::progress(const std::string& what) {

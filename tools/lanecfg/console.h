@@ -16,8 +16,8 @@ class Console {
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    /// Shows a message of a ToolMsgSeverity. The middle of a very long one is left out, and control
-    /// characters stand as such as <U+001B>.
+    /// Shows a message of a ToolMsgSeverity, several alike in a row once. The middle of a very long
+    /// one is left out, and control characters stand as such as <U+001B>.
     void show(unsigned severity, const std::string& text);
     void error(const std::string& text) { show(ToolMsgSeverity::error, text); }
     void warning(const std::string& text) { show(ToolMsgSeverity::warning, text); }
@@ -36,6 +36,7 @@ class Console {
     bool hasColour_;
     bool showsProgress_ = false;
     int errorCount_ = 0;
+    std::string lastMessage_;  ///< with its label
 };
 
 }  // namespace sable_lanecfg::tool
