@@ -63,7 +63,9 @@ class EveryBundledRequest : public CommandLine, public testing::WithParamInterfa
 
     void expectVerdict(const std::vector<std::string>& options) const {
         SCOPED_TRACE("pack " + testing::PrintToString(options));
-        EXPECT_EQ(ask("pack", options).exitCode, fitsItsQuad(GetParam()) ? 0 : 1);
+        const ProgramResult result = ask("pack", options);
+        EXPECT_EQ(result.exitCode, fitsItsQuad(GetParam()) ? 0 : 1);
+        EXPECT_THAT(result.output, Not(HasSubstr("warning: ")));
     }
 };
 

@@ -102,7 +102,8 @@ TEST_F(OutclkListCommand, SaysSoWhenNothingIsOffered) {
 TEST_F(OutclkListCommand, WritesTextAndCsv) {
     const std::vector<std::string> options = {"--direction", "RX",    "--rate",  "10.3125",
                                               "--pll",       "LCPLL", "--width", "32"};
-    EXPECT_EQ(run(arguments(options)).output, "OUTPUT_CLOCK\n  322.265625\n   644.53125\n");
+    EXPECT_EQ(run(arguments(options)).output,
+              "OUTPUT_CLOCK_MHZ\n      322.265625\n       644.53125\n");
     std::vector<std::string> csv = options;
     csv.insert(csv.end(), {"--format", "csv"});
     EXPECT_EQ(run(arguments(csv)).output, "output_clock\n322.265625\n644.53125\n");

@@ -33,7 +33,7 @@ class PackCommand : public CommandLine {
 
     /// Expects that the request does not fit, for this one reason.
     void expectReason(const json& reason) const {
-        const json expected = {{"fits", false}, {"reasons", {reason}}};
+        const json expected = {{"fits", false}, {"reasons", {reason}}, {"warnings", json::array()}};
         EXPECT_EQ(answer(1), expected);
     }
 
@@ -41,12 +41,12 @@ class PackCommand : public CommandLine {
 };
 
 TEST_F(PackCommand, SaysThatTheChannelsFit) {
-    request.addBoth(0, {rateOf(20.0)}).addBoth(2, {rateOf(10.3125, "RPLL")});
+    request.addBoth(0, {rateOf(20.0)}).addBoth(2, {rateOf(10.3125, "RPLL", 322.265625)});
     const ProgramResult result = pack();
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output, "fits\n");
     EXPECT_EQ(result.errors, "");
-    const json fits = {{"fits", true}, {"reasons", json::array()}};
+    const json fits = {{"fits", true}, {"reasons", json::array()}, {"warnings", json::array()}};
     EXPECT_EQ(answer(0), fits);
 }
 
@@ -178,7 +178,7 @@ class PackCommandOnBypass : public PackCommand {
         RateSettings unbuffered = rateOf(20.0);
         unbuffered.bufferMode = 0;
         request.addBoth(1, {rateOf(20.0), unbuffered});
-        request.parametersAt(receive, 1, 1) = parametersOf(receive, rateOf(5.0, "RPLL"));
+        request.parametersAt(receive, 1, 1) = parametersOf(receive, rateOf(5.0, "RPLL", 125.0));
     }
 };
 

@@ -18,6 +18,7 @@ Answer answerOf(const textMap& clocks) {
         answer.table.rows.push_back({Cell(name), Cell(frequency)});
         answer.document->push_back({name, frequency});
     }
+    nameLastColumnForPeople(answer, "output_clock_mhz");
     if (clocks.empty()) {
         answer.remarks = {"No output clock is reported."};
     }

@@ -103,6 +103,7 @@ ExitCode run(const OutclkListOptions& options, Console& /*console*/) {
         answer.table.rows.push_back({Cell(clock)});
         answer.document->push_back(clock);
     }
+    nameLastColumnForPeople(answer, "output_clock_mhz");
     if (answer.table.rows.empty()) {
         answer.remarks = {"No output clock is offered."};
     }

@@ -73,6 +73,14 @@ void finishStandardOutput() {
     }
 }
 
+void nameLastColumnForPeople(Answer& answer, const std::string& name) {
+    if (!answer.table.rows.empty()) {
+        Table table = answer.table;
+        table.columns.back() = name;
+        answer.text = alignedText(table);
+    }
+}
+
 void writeAnswer(const Answer& answer, const OutputOptions& options) {
     const std::string text = rendered(answer, options.format);
     if (!options.file.empty()) {

@@ -36,6 +36,10 @@ void refuseToOverwrite(const std::vector<std::string>& inputs, const OutputOptio
 /// done; a reader that has ended has all it wanted.
 void finishStandardOutput();
 
+/// Shows people the answer's table, unless it is empty, with another name for its last column, such
+/// as one with the unit. CSV keeps the table's.
+void nameLastColumnForPeople(Answer& answer, const std::string& name);
+
 /// Writes the answer where the options want it. Throws RequestError when that can't be done.
 void writeAnswer(const Answer& answer, const OutputOptions& options);
 

@@ -1,3 +1,4 @@
+#include "clock_warnings.h"
 #include "output.h"
 #include "packing_question.h"
 #include "packing_reasons.h"
@@ -46,13 +47,20 @@ std::string block(const Table& table) {
     return text;
 }
 
-/// The verdict, with the further tables that were asked for. CSV holds one of them alone.
-Answer answerOf(const PackingQuestion& question, const PackOptions& options) {
+/// The verdict with the warnings, and the further tables that were asked for. CSV holds one of the
+/// tables alone.
+Answer answerOf(const PackingQuestion& question, const std::vector<ClockWarning>& warnings,
+                const PackOptions& options) {
     const std::vector<PackingReason> reasons = packingReasons(question);
     Answer answer;
     answer.table = reasonTable(reasons);
     answer.remarks = {verdictText(reasons.size())};
-    answer.document = {{"fits", reasons.empty()}, {"reasons", reasonDocument(reasons)}};
+    answer.document = {{"fits", reasons.empty()},
+                       {"reasons", reasonDocument(reasons)},
+                       {"warnings", clockWarningDocument(warnings)}};
+    for (const ClockWarning& warning : warnings) {
+        answer.remarks.push_back("warning: " + warning.text);
+    }
     const auto addTable = [&](const Table& table) {
         answer.remarks.push_back(block(table));
         if (options.output.format == "csv") {
@@ -80,7 +88,11 @@ ExitCode run(const PackOptions& options, Console& console) {
     const Database database =
         findDatabase(chooseDatabaseRoot(options.request.database), *request.rules);
     const PackingQuestion question = askForPacking(request, database, console);
-    writeAnswer(answerOf(question, options), options.output);
+    const std::vector<ClockWarning> warnings = clockWarnings(question.packing);
+    if (options.output.format == "csv") {
+        tellOfClocks(request, warnings, console);
+    }
+    writeAnswer(answerOf(question, warnings, options), options.output);
     return question.messages.empty() ? ExitCode::done : ExitCode::failed;
 }
 

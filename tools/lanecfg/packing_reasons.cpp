@@ -186,14 +186,6 @@ PackingReason reasonOf(const std::string& message, const gt_quad_packing& packin
     return reason;
 }
 
-std::string listed(const std::set<int>& numbers) {
-    std::vector<std::string> texts;
-    for (const int number : numbers) {
-        texts.push_back(std::to_string(number));
-    }
-    return boost::algorithm::join(texts, ", ");
-}
-
 }  // namespace
 
 std::vector<PackingReason> packingReasons(const PackingQuestion& question) {
@@ -210,6 +202,14 @@ std::vector<PackingReason> packingReasons(const PackingQuestion& question) {
                          return rank(first) < rank(second);
                      });
     return reasons;
+}
+
+std::string listed(const std::set<int>& numbers) {
+    std::vector<std::string> texts;
+    for (const int number : numbers) {
+        texts.push_back(std::to_string(number));
+    }
+    return boost::algorithm::join(texts, ", ");
 }
 
 Table reasonTable(const std::vector<PackingReason>& reasons) {

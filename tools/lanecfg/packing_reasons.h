@@ -23,6 +23,9 @@ struct PackingReason {
 /// a level.
 std::vector<PackingReason> packingReasons(const PackingQuestion& question);
 
+/// Numbers as "0, 1".
+std::string listed(const std::set<int>& numbers);
+
 Table reasonTable(const std::vector<PackingReason>& reasons);
 Json reasonDocument(const std::vector<PackingReason>& reasons);
 
