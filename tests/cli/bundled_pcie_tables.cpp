@@ -130,10 +130,11 @@ constexpr ChangingRegister threshold{0x71, changing(3U << 2 | 7U << 7, 11, thres
 // TX_PHALIGN_CFG5: half of 20 * 4, 20 * 2, 32 * 2, 32 * 1 and 64 * 1.
 constexpr ChangingRegister wordDivider{0x72, changing(0, 2, {40, 20, 32, 16, 32})};
 
-// LCPLL_CFG2: a capacitance at 0, 8 at 19, selected dynamically at 24. The filter at 5 and the pump
-// at 4 are those of PCIe; 32 Gb/s have the 78 of any feedback of 160 from 15 GHz on.
-constexpr std::uint32_t filtered(std::uint32_t filter, std::uint32_t pump) {
-    return 1U | pump << 4 | filter << 5 | 8U << 19 | 1U << 24;
+// LCPLL_CFG2: capacitors at 0 and 4, a resistance at 5, 8 at 19, selected dynamically at 24. The
+// second capacitor is idle at 2.5 and 5 Gb/s. The resistance is that of PCIe; 32 Gb/s have the 78
+// of any feedback of 160 from 15 GHz on.
+constexpr std::uint32_t filtered(std::uint32_t resistance, std::uint32_t capacitor) {
+    return 1U | capacitor << 4 | resistance << 5 | 8U << 19 | 1U << 24;
 }
 constexpr ChangingRegister loopFilter{
     0x7a, {filtered(5, 0), filtered(5, 0), filtered(16, 1), filtered(16, 1), filtered(78, 1)}};
@@ -299,8 +300,8 @@ constexpr ChangingRegister distribution{0x78, changing(3U << 5, 3, {1, 1, 1, 1, 
 constexpr ChangingRegister chargePump{
     0x79, changing(4U | 1U << 11 | 1U << 12 | 4U << 14, 3, {255, 255, 255, 255, 15})};
 
-// The phase interpolators go by half of what an oscillator of twice its output puts out, so the
-// band is that below 7 GHz, but at 16 GHz that from 12 on.
+// The band of the phase interpolators goes by the PLL's output, halved again where that is half its
+// oscillator: the band below 7 GHz, but at 16 GHz that from 12 on.
 constexpr ValuesByRate bands{0, 0, 0, 0, 3};
 
 /// SXC up to 32 Gb/s. First addresses are 4 in all widths.

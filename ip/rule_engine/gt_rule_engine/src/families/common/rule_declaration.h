@@ -84,8 +84,8 @@ struct ruleSignature {
 ///
 /// The order of `reads` and `alsoDeclares` is that of the rule's inputs, the order of `writes`
 /// that of its outputs. The handles lead to the variables themselves, so a pass looks nothing up.
-/// There are no variables before the rule is registered, so the declaring function must do nothing
-/// but declare.
+/// There need be no variables before the rule is registered, so the declaring function must do
+/// nothing but declare.
 class rule_declaration {
   public:
     /// Without an engine the rule is only declared: its names can be asked for, its body can't run.
