@@ -2,7 +2,6 @@
 
 #include <lanecfg/rule_engine_base.h>
 
-#include <boost/container/deque.hpp>
 #include <boost/graph/compressed_sparse_row_graph.hpp>
 #include <boost/graph/depth_first_search.hpp>
 #include <boost/graph/topological_sort.hpp>
@@ -26,12 +25,6 @@ using vertex = name_index::number;
 using dependencyGraph =
     boost::compressed_sparse_row_graph<boost::directedS, boost::no_property, boost::no_property,
                                        boost::no_property, vertex, vertex>;
-
-/// A list that grows while its elements stay in place. Large blocks: a rule set has thousands.
-template <class Item>
-using growing_list =
-    boost::container::deque<Item, void,
-                            boost::container::deque_options_t<boost::container::block_bytes<8192>>>;
 
 std::string streamed(double number) {
     std::ostringstream text;
@@ -75,9 +68,9 @@ struct rule_engine_base::ruleGraph {
     vertex vertexCount() const { return static_cast<vertex>(variableOfVertex.size()); }
 
     /// Rules by number. Elements stay in place when a rule body registers further rules.
-    growing_list<ruleInfo> rules;
+    std::deque<ruleInfo> rules;
     /// All names that were mentioned; elements stay in place.
-    growing_list<ruleVariable> mentioned;
+    std::deque<ruleVariable> mentioned;
     /// Places in `mentioned` by name.
     name_index placeByName;
     /// The variable of each vertex, null for a vertex that only an edge created.
