@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <malloc.h>
 #include <string>
 #include <utility>
 #include <vector>
@@ -89,8 +88,6 @@ struct extent {
     unsigned int rates;
 };
 
-/// What a benchmark is given. It starts with fresh memory, whatever ran before it: the snapshots of
-/// a process lie as they were taken, not in the gaps that others left.
 extent extentOf(const benchmark::State& state) {
     return {static_cast<int>(state.range(0)), static_cast<unsigned int>(state.range(1))};
 }
