@@ -212,7 +212,8 @@ INSTANTIATE_TEST_SUITE_P(
                                                   {"Offset", "0xFFF"},
                                                   {"fields", nlohmann::json::object()}};
              },
-             FindingLevel::note, "registers.json", "NEW_CFG", "No rule of SXA writes this register."},
+             FindingLevel::note, "registers.json", "NEW_CFG",
+             "No rule of SXA writes this register."},
         Flaw{"ConstantThatDoesNotFit",
              // A_BGRCALOVRD is 31, which needs five bits.
              [](auto& database) {
