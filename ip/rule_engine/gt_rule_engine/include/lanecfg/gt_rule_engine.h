@@ -76,6 +76,7 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
                    const userParamStore& userParams,
                    std::map<std::string, attributeInfo> attributes,
                    const std::map<std::string, std::vector<std::string>>& settings);
+    virtual ~gt_rule_engine();
     gt_rule_engine(const gt_rule_engine&) = delete;
     gt_rule_engine& operator=(const gt_rule_engine&) = delete;
 
