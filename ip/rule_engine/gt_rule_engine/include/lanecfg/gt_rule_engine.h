@@ -76,7 +76,9 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
                    const userParamStore& userParams,
                    std::map<std::string, attributeInfo> attributes,
                    const std::map<std::string, std::vector<std::string>>& settings);
-    virtual ~gt_rule_engine();
+    /// Not virtual: the virtual table, which hosts know, has the destructor behind the operations
+    /// of this class, where the frames of the families declare it. Delete through those.
+    ~gt_rule_engine();
     gt_rule_engine(const gt_rule_engine&) = delete;
     gt_rule_engine& operator=(const gt_rule_engine&) = delete;
 
