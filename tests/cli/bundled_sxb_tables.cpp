@@ -184,6 +184,21 @@ std::vector<BundledTable> sxbTables() {
                                            sxbPipeHeaderOf(3), txMask, doubleWidth})},
         // 16 bits are 20 on the line, as many as inside.
         BundledTable{"sxb_1000base_x", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
+        BundledTable{"sxb_1000base_x_bonded",
+                     {
+                         0x1f401807,  // two pairs, as below: masters 2, 2, 0, 0
+                         0x1f401807,  //
+                         0x00100c0a,  // channel 0: 1 rate of defaults, 3 words from word 10
+                         0x00100c0a,  //
+                         0x0010000d,  // channel 1 follows
+                         0x0010000d,  //
+                         0x00100c0d,  // channel 2: 1 rate of 3 words from word 13
+                         0x00100c0d,  //
+                         0x00100010,  // channel 3 follows
+                         0x00100010,  //
+                         sxbPipeHeader, txMask, equalWidths,  // channel 0
+                         sxbPipeHeader, txMask, equalWidths,  // channel 2
+                     }},
         BundledTable{"sxb_xaui", joined(oneGroup(3), {sxbPipeHeader, txMask, equalWidths})},
         // Without the transmit buffer, bit 3.
         BundledTable{"sxb_eight_lanes_lower",

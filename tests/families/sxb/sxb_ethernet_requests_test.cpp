@@ -133,6 +133,52 @@ TEST_F(SxbXauiRequest, HandsTheEndOfTheResetAlong) {
     EXPECT_EQ(word("RXRSTDONE_DIST_SEL"), expected);
 }
 
+/// Two bonded lanes of 1.25 Gb/s, 8B10B, on the second dual's LCPLL; lane 2 is the master.
+class SxbBondedGigabitRequest : public WorkedRequest {
+  protected:
+    SxbBondedGigabitRequest() : WorkedRequest("sxb_1000base_x_bonded") {}
+};
+
+TEST_F(SxbBondedGigabitRequest, RunsTheSecondDualAlone) {
+    EXPECT_EQ(word("A_CFG1"), feedbackWord(idleDivider, idleDivider, 64, idleDivider));
+    expectRunning({false, false, true, false});
+    EXPECT_EQ(word("MST_RESET_CFG"), resetWord({0b1100, 0, 0b1100}));
+    // 1250 over the 16 bits of the width code; 10312.5 / 40 without a user.
+    EXPECT_THAT(outputClocks(), Contains(Pair("CH3_RXOUTCLK", "78.125")));
+    EXPECT_THAT(outputClocks(), Contains(Pair("CH1_RXOUTCLK", "257.812")));
+}
+
+TEST_F(SxbBondedGigabitRequest, CorrectsClocksAndBondsItsLanes) {
+    for (const std::string lane : {"CH2_", "CH3_"}) {
+        // Enabled; minimum 5 + 4 * 2 + 2 = 15, above (1 + 5) * 2 - 2 + 2 + 1, up to an even 16;
+        // maximum 16 + 2 + 2; underflow 4.
+        EXPECT_EQ(word(lane + "RX_ELASTIC_BUF_CFG0"),
+                  1UL + (20UL << 1) + (4UL << 19) + (16UL << 23) + (1UL << 30));
+        // Precedence; correction by K28.5 and D16.2, two bytes; bonding by one K28.3.
+        EXPECT_EQ(word(lane + "RX_ELASTIC_BUF_CFG1"), (1UL << 1) + (0x1bcUL << 2) + (0x50UL << 12));
+        EXPECT_EQ(word(lane + "RX_ELASTIC_BUF_CFG2"), 1UL);
+        EXPECT_EQ(word(lane + "RX_ELASTIC_BUF_CFG4"), 0x17cUL << 2);
+        // Bonding on, a skew of 5, and the constant at bit 20.
+        EXPECT_EQ(word(lane + "RX_ELASTIC_BUF_CFG7"), (1UL << 8) + (5UL << 12) + (1UL << 20));
+    }
+}
+
+TEST_F(SxbBondedGigabitRequest, PlacesTheSecondLaneAboveTheMaster) {
+    EXPECT_THAT(ofLanes<std::string>("TX_PIPE_POSITION"),
+                ElementsAre("single", "single", "bottom", "top"));
+    EXPECT_EQ(word("CH2_PIPE_CTRL_CFG9"), syncDoneWord(atMaster, atMaster));
+    EXPECT_EQ(word("CH3_PIPE_CTRL_CFG9"), syncDoneWord(aboveMaster, aboveMaster));
+    EXPECT_THAT(fieldOfLanes("TX_PHALIGN_CFG0.SYNC_MODE"), ElementsAre(0, 0, 1, 0));
+    EXPECT_THAT(fieldOfLanes("TX_PHALIGN_CFG1.CHAIN_MODE"), ElementsAre(0, 0, 2, 1));
+}
+
+TEST_F(SxbBondedGigabitRequest, HandsTheEndOfTheResetAlong) {
+    // Lane 2: northwards 2 at bit 20, taken 3 at bit 12. Lane 3: taken 1 at bit 2.
+    const unsigned long expected = (2UL << 20) + (3UL << 12) + (1UL << 2);
+    EXPECT_EQ(word("TXRSTDONE_DIST_SEL"), expected);
+    EXPECT_EQ(word("RXRSTDONE_DIST_SEL"), expected);
+}
+
 /// 25.78125 Gb/s on the LCPLL beside 10.3125 Gb/s on the RPLL; lanes 2 and 3 switch between both.
 class Sxb25And10GigabitRequest : public WorkedRequest {
   protected:
