@@ -1,5 +1,4 @@
 #include "attribute_differences.h"
-#include "clock_warnings.h"
 #include "configured_instance.h"
 #include "option_value.h"
 #include "output.h"
@@ -75,7 +74,6 @@ RequestAnswer answerOfRequest(const AttributesOptions& options, std::size_t side
         own.selector = rules.selector;
     }
     RequestRun run(own, console);
-    tellOfClocks(run.request, clockWarnings(run.instance.engine()), console);
     textMap attributes = run.instance.attributes();
     return {own.file + " (" + nameOf(*run.request.rules) + ")", std::move(attributes),
             run.instance.engine().attributes};
@@ -130,7 +128,6 @@ Answer differenceOfRates(const AttributesOptions& options, Console& console) {
     const std::string& secondName = options.comparedRates[1];
     const RequestRun run(options.request, console);
     console.endProgress();
-    tellOfClocks(run.request, clockWarnings(run.instance.engine()), console);
     const auto& channels = run.instance.engine().blockVarMap;
     std::vector<ValueDifference> differences;
     std::vector<std::size_t> leftOut;
@@ -167,7 +164,6 @@ Answer answerTo(const AttributesOptions& options, Console& console) {
         return differenceOfRates(options, console);
     }
     RequestRun run(options.request, console);
-    tellOfClocks(run.request, clockWarnings(run.instance.engine()), console);
     return attributesAnswer(run.instance.attributes());
 }
 

@@ -2,6 +2,7 @@
 
 #include "errors.h"
 #include "request_checks.h"
+#include "run_warnings.h"
 #include "standard_output_guard.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
@@ -83,6 +84,7 @@ ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& d
     if (engine_ == nullptr) {
         throwNoInstance(request, database);
     }
+    tellOfRun(request, *engine_, console);
 }
 
 ConfiguredInstance::~ConfiguredInstance() {

@@ -19,7 +19,8 @@ namespace sable_lanecfg::tool {
 /// for the log after the memory image. An ELF update makes the rate table too.
 class ConfiguredInstance {
   public:
-    /// Runs the request. Throws RequestError when no instance comes of it.
+    /// Runs the request, and warns of what makes its registers useless. Throws RequestError when no
+    /// instance comes of it.
     ConfiguredInstance(const Request& request, const Database& database, Console& console);
     /// Tells when errors were reported beside the answers.
     ~ConfiguredInstance();

@@ -41,6 +41,11 @@ Sentence sentenceOf(const std::string& message) {
     return {levels.back(), message};
 }
 
+/// Place of a reason's level in the order of levels.
+auto rankOf(const std::string& level) {
+    return std::find(levels.begin(), levels.end(), level) - levels.begin();
+}
+
 /// How the texts about a dual begin, up to the word of the PLL, and the row that they are about.
 /// The first one is about one rate.
 struct DualSentence {
@@ -194,14 +199,22 @@ std::vector<PackingReason> packingReasons(const PackingQuestion& question) {
     for (const auto& [number, message] : question.messages) {
         reasons.push_back(reasonOf(message, question.packing, timesMet[message]++));
     }
-    const auto rank = [](const PackingReason& reason) {
-        return std::find(levels.begin(), levels.end(), reason.level) - levels.begin();
-    };
     std::stable_sort(reasons.begin(), reasons.end(),
-                     [&rank](const PackingReason& first, const PackingReason& second) {
-                         return rank(first) < rank(second);
+                     [](const PackingReason& first, const PackingReason& second) {
+                         return rankOf(first.level) < rankOf(second.level);
                      });
     return reasons;
+}
+
+std::string firstReasonText(const std::map<int, std::string>& messages) {
+    Sentence first;
+    for (const auto& [number, message] : messages) {
+        const Sentence sentence = sentenceOf(message);
+        if (first.text.empty() || rankOf(sentence.level) < rankOf(first.level)) {
+            first = sentence;
+        }
+    }
+    return first.text;
 }
 
 std::string listed(const std::set<int>& numbers) {

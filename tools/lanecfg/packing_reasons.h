@@ -3,6 +3,7 @@
 #include "packing_question.h"
 #include "table.h"
 
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -22,6 +23,9 @@ struct PackingReason {
 /// The reasons by level, from the channels up to the quad, and in the order of the library within
 /// a level.
 std::vector<PackingReason> packingReasons(const PackingQuestion& question);
+
+/// The text of the first of these reasons, from the messages of the library; empty without any.
+std::string firstReasonText(const std::map<int, std::string>& messages);
 
 /// Numbers as "0, 1".
 std::string listed(const std::set<int>& numbers);
