@@ -45,6 +45,8 @@ WriteGroup alignment(std::uint32_t lanes, std::uint32_t chain) {
 // from 8 Gb/s on code 1 of the last divider at 15 and 19.
 constexpr std::uint32_t undividedClocks = 5U | 1U << 6 | 1U << 7 | 1U << 10 | 2U << 12;
 constexpr std::uint32_t lastDivider = 1U << 15 | 1U << 19;
+// A lane without use that has the parameters of 2.5 Gb/s, but the transmit clock 2.
+constexpr std::uint32_t clocksWithoutUse = 2U | 1U << 6 | 1U << 7 | 1U << 10 | 2U << 12;
 constexpr ChangingRegister clocks{0x90,
                                   {undividedClocks, undividedClocks, undividedClocks | lastDivider,
                                    undividedClocks | lastDivider, undividedClocks | lastDivider},
@@ -249,11 +251,11 @@ std::vector<std::uint32_t> oneLaneTable() {
         // All duplex; channels 1 to 3 are together: masters 1, 1, 1, 0, groups 1110, 0001.
         0x1ea801c3, 0x1ea801c3,  //
         0x80409c0a, 0x80409c0a,  // channel 0: PCIe, 4 rates of 39 words from word 10
-        0x00100ca6, 0x00100ca6,  // channel 1: 1 rate of defaults, 3 words from word 166
-        0x001000a9, 0x001000a9,  // channel 2 follows
-        0x001000a9, 0x001000a9,  // channel 3 follows
+        0x80100ca6, 0x80100ca6,  // channel 1: PCIe, without use, 3 words from word 166
+        0x001000a9, 0x001000a9,  // channel 2: 1 rate of defaults, follows
+        0x801000a9, 0x801000a9,  // channel 3: PCIe, without use, follows
     };
-    return joined(joined(words, bodyOf(groups, 4)), {sxbPipeHeader, txMask, equalWidths});
+    return joined(joined(words, bodyOf(groups, 4)), {sxbPipeHeader, txMask, clocksWithoutUse});
 }
 
 /// Lane 0 is the lowest of two and the master of their alignment.
@@ -269,7 +271,7 @@ std::vector<std::uint32_t> twoLaneTable() {
         0x8040a00a, 0x8040a00a,  // channel 0: PCIe, 4 rates of 40 words from word 10
         0x804000aa, 0x804000aa,  // channel 1: PCIe, 4 rates, follows; behind at word 170
         0x00100caa, 0x00100caa,  // channel 2: 1 rate of defaults, 3 words from word 170
-        0x001000ad, 0x001000ad,  // channel 3 follows; behind at word 173
+        0x801000ad, 0x801000ad,  // channel 3: PCIe, without use, follows; behind at word 173
     };
     return joined(joined(words, bodyOf(groups, 4)), {sxbPipeHeader, txMask, equalWidths});
 }

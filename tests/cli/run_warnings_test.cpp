@@ -76,6 +76,16 @@ TEST_P(RunWarning, TellsOfAnotherReferenceClockThanTheRequested) {
                           "a reference clock of 128.90625 MHz where the request gives 156.25 MHz"));
 }
 
+TEST_P(RunWarning, TellsOfWordsThatAnIdleLaneAnswers) {
+    json request = bundledRequest("sxb_pcie_gen4_x1");
+    for (json& lanes : request["userParams"]) {
+        lanes[1] = json::array();
+    }
+    const ProgramResult result = answer(directory.write("request.json", request.dump()));
+    EXPECT_THAT(result.errors, HasSubstr("WARNING: Request " + directory.file("request.json") +
+                                         ": the clock words of lanes 0 and 1 are those of lane 1"));
+}
+
 TEST_P(RunWarning, IsNotGivenToARequestThatIsWell) {
     EXPECT_THAT(answer(requestPath("sxb_25g_and_10g")).errors, Not(HasSubstr("WARNING")));
 }

@@ -2,6 +2,7 @@
 
 #include "clock_warnings.h"
 #include "packing_reasons.h"
+#include "shared_word_warnings.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/trim.hpp>
@@ -32,6 +33,10 @@ void tellOfPacking(const Request& request, const std::map<int, std::string>& mes
 void tellOfRun(const Request& request, const gt_rule_engine& engine, Console& console) {
     tellOfPacking(request, engine.packedChannels, console);
     tellOfClocks(request, clockWarnings(engine), console);
+    // What doesn't fit has no PLL words that would be right.
+    if (engine.packedChannels.empty()) {
+        tellOfSharedWords(request, engine, console);
+    }
 }
 
 }  // namespace sable_lanecfg::tool
