@@ -278,6 +278,15 @@ TEST_F(CommandLine, WarnsOfTextsOfTheDictionaryFormThatDoNotConvertAndAnswers) {
                           "\"TX_REFCLK_FREQUENCY\" must be a number, and is \"fast\"."));
 }
 
+TEST_F(CommandLine, WarnsOfNegativeWholeNumbersOfTheDictionaryFormThatTheyWrapAround) {
+    nlohmann::json request = bundledRequest("sxa_dictionary");
+    request["userParams"]["TX_SETTINGS"]["CH0"]["LR0_SETTINGS"]["TX_BUFFER_MODE"] = "-1";
+    EXPECT_THAT(
+        runOn(request, "attributes").errors,
+        HasSubstr("and is \"-1\". What can't be read of a value counts as 0 or false, and a "
+                  "whole number below 0 wraps around."));
+}
+
 TEST_F(CommandLine, DoesNotWarnOfAGoodDictionaryForm) {
     const ProgramResult result = run({"attributes", requestPath("sxa_dictionary")});
     EXPECT_THAT(result.errors, testing::Not(HasSubstr("WARNING")));

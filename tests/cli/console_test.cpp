@@ -48,8 +48,15 @@ TEST(ConsoleMessages, ShowControlCharactersInWords) {
               "WARNING: a<U+001B>[2Jb<U+0000>c<U+000D>d<U+007F>\n");
 }
 
+TEST(ConsoleMessages, ShowControlCharactersOfTwoBytesInWords) {
+    // The first one begins a sequence for terminals as escape and bracket do.
+    EXPECT_EQ(shown("a\xc2\x9b"
+                    "2Jb\xc2\x80\xc2\x9f"),
+              "WARNING: a<U+009B>2Jb<U+0080><U+009F>\n");
+}
+
 TEST(ConsoleMessages, KeepLineFeedsTabsAndOtherAlphabets) {
-    EXPECT_EQ(shown("a\n\tb \u00e4\u20ac"), "WARNING: a\n\tb \u00e4\u20ac\n");
+    EXPECT_EQ(shown("a\n\tb \u00a0\u00e4\u20ac\xc2"), "WARNING: a\n\tb \u00a0\u00e4\u20ac\xc2\n");
 }
 
 TEST(ConsoleMessages, LeaveOutTheMiddleOfAVeryLongText) {

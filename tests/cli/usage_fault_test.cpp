@@ -48,6 +48,9 @@ INSTANTIATE_TEST_SUITE_P(
                   "\"one\"."},
         UsageCase{"NegativeLane", laneWith("rx", "[-1]"),
                   "the key \"laneUsage[0].rx[0]\" must be a whole number from 0 on, and is -1."},
+        UsageCase{"LaneBeyondWholeNumbers", laneWith("tx", "[2147483648]"),
+                  "the key \"laneUsage[0].tx[0]\" must be a whole number from 0 on, and is "
+                  "2147483648."},
         UsageCase{
             "RateWithAFraction", laneWith("rates", "[0.5]"),
             "the key \"laneUsage[0].rates[0]\" must be a whole number from 0 on, and is 0.5."},
@@ -83,6 +86,11 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"QuadBelowAnotherName", R"({"quadUsage": {"TX": {"q0": {"q1": {}}}}})",
                   "the key \"quadUsage.TX.q0\" must be an object that holds the quad under the "
                   "same key. Quads may also stand in a list."},
+        UsageCase{
+            "QuadBelowANameWithADot", R"({"quadUsage": {"TX": {"q.0": {"q.0": {}}}}})",
+            "the key \"quadUsage.TX.q.0\" can't name a quad by a name with a dot. Put the quad "
+            "into a list, where its name may have one."},
+        UsageCase{"QuadInAListByANameWithADot", R"({"quadUsage": {"TX": [{"q.0": ["a"]}]}})", ""},
         UsageCase{"CurrentQuadOfNoValue", R"({"quadUsage": {"TX": [{"IS_CURRENT_QUAD": null}]}})",
                   "the key \"quadUsage.TX[0].IS_CURRENT_QUAD\" must be true, false, 1 or 0, and is "
                   "null."},

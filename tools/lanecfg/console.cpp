@@ -61,20 +61,37 @@ std::string shortened(const std::string& text) {
     return text.substr(0, start) + " ... " + text.substr(end);
 }
 
-bool steersTerminal(char character) {
+bool steersTerminal(unsigned char code) {
     constexpr unsigned char erase = 0x7F;
-    const auto code = static_cast<unsigned char>(character);
-    return (code < ' ' && character != '\n' && character != '\t') || code == erase;
+    return (code < ' ' && code != '\n' && code != '\t') || code == erase;
+}
+
+/// Whether the bytes from here on are one of the control characters U+0080 to U+009F.
+bool beginsUpperControl(const std::string& text, std::size_t index) {
+    constexpr unsigned char leadByte = 0xC2;
+    constexpr unsigned char lastUpperControl = 0x9F;
+    return static_cast<unsigned char>(text[index]) == leadByte && index + 1 < text.size() &&
+           continuesCharacter(text[index + 1]) &&
+           static_cast<unsigned char>(text[index + 1]) <= lastUpperControl;
+}
+
+std::string inWords(unsigned char code) {
+    return (boost::format("<U+%04X>") % static_cast<unsigned>(code)).str();
 }
 
 /// The text as it is safe to show, with control characters in words.
 std::string shownText(const std::string& text) {
+    const std::string whole = shortened(text);
     std::string shown;
-    for (const char character : shortened(text)) {
-        if (steersTerminal(character)) {
-            shown += (boost::format("<U+%04X>") % static_cast<unsigned>(character)).str();
+    for (std::size_t index = 0; index < whole.size(); ++index) {
+        // The second byte of an upper control character is its number.
+        const bool isUpper = beginsUpperControl(whole, index);
+        index += isUpper ? 1 : 0;
+        const auto code = static_cast<unsigned char>(whole[index]);
+        if (isUpper || steersTerminal(code)) {
+            shown += inWords(code);
         } else {
-            shown += character;
+            shown += whole[index];
         }
     }
     return shown;

@@ -30,11 +30,16 @@ std::string positiveNumberFault(const std::string& value) {
                : "the value must be a number above 0, and is \"" + value + "\"";
 }
 
-std::string wholeNumberFault(const std::string& value) {
-    unsigned number = 0;
-    return isWholly(value, number)
-               ? std::string()
-               : "the value must be a whole number from 0 to 4294967295, and is \"" + value + "\"";
+void takeWholeNumbers(CLI::Option& option) {
+    option.transform([](std::string value) {
+        unsigned number = 0;
+        if (!isWholly(value, number)) {
+            throw CLI::ValidationError(
+                "the value must be a whole number from 0 to 4294967295, and is \"" + value + "\"");
+        }
+        // Zeros in front would make it octal.
+        return std::to_string(number);
+    });
 }
 
 CLI::Option* addPositiveNumber(CLI::App& command, const std::string& name, double& value,

@@ -16,8 +16,9 @@ std::string emptyValueFault(const std::string& value);
 /// Check of an option whose value must be a finite decimal number above 0, in the same form.
 std::string positiveNumberFault(const std::string& value);
 
-/// Check of an option whose value must be a whole number in decimal digits, in the same form.
-std::string wholeNumberFault(const std::string& value);
+/// Makes the values of an option whole numbers in decimal digits, also with zeros in front, and
+/// refuses all else.
+void takeWholeNumbers(CLI::Option& option);
 
 /// Gives a subcommand an option with a positive number.
 CLI::Option* addPositiveNumber(CLI::App& command, const std::string& name, double& value,

@@ -28,7 +28,9 @@ void tellOfMisreadValue(const Request& request, const Database& database, Consol
         throw RequestError(text);
     }
     // Hosts hand over any text, and the library goes on with what it can read of it.
-    console.warning(text + " What can't be read of a value counts as 0 or false.");
+    console.warning(text +
+                    " What can't be read of a value counts as 0 or false, and a whole number below "
+                    "0 wraps around.");
 }
 
 void warnOfMissingPart(const Request& request, Console& console) {

@@ -36,14 +36,12 @@ void addSnapshotCommand(CLI::App& program, Work& chosen) {
             addListOption(command, "--name", options.filter.names,
                           "Only variables whose name matches this shell pattern (* ? [...])")
                 ->type_name("PATTERN");
-            addListOption(command, "--channel", options.filter.channels, "Only this channel")
-                ->check(wholeNumberFault);
-            addListOption(command, "--tx-rate", options.filter.txRates,
-                          "Only passes of this transmit rate")
-                ->check(wholeNumberFault);
-            addListOption(command, "--rx-rate", options.filter.rxRates,
-                          "Only passes of this receive rate")
-                ->check(wholeNumberFault);
+            takeWholeNumbers(
+                *addListOption(command, "--channel", options.filter.channels, "Only this channel"));
+            takeWholeNumbers(*addListOption(command, "--tx-rate", options.filter.txRates,
+                                            "Only passes of this transmit rate"));
+            takeWholeNumbers(*addListOption(command, "--rx-rate", options.filter.rxRates,
+                                            "Only passes of this receive rate"));
             addOutputOptions(command, options.output);
         },
         run);

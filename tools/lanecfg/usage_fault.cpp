@@ -25,7 +25,7 @@ std::string textFault(const std::string& key, const json& value) {
 /// The number of a lane or a rate.
 std::string numberFault(const std::string& key, const json& value) {
     const std::string text = readerText(value);
-    const bool isNumber = convertsTo<unsigned>(text) && text.find('-') == std::string::npos;
+    const bool isNumber = convertsTo<int>(text) && text.find('-') == std::string::npos;
     return isNumber ? std::string() : wrongShape(key, "a whole number from 0 on", value);
 }
 
@@ -113,6 +113,13 @@ std::string quadFault(const std::string& key, const json& quad) {
 std::string quadBelowItsNameFault(const std::string& key, const std::string& name,
                                   const json& entry) {
     const std::string entryKey = key + "." + name;
+    // To the library a dot leads from one key to the next.
+    if (name.find('.') != std::string::npos) {
+        return "the key \"" + entryKey +
+               "\" can't name a quad by a name with a dot. Put the quad into a list, where its "
+               "name "
+               "may have one.";
+    }
     if (!entry.is_object() || !entry.contains(name)) {
         return "the key \"" + entryKey +
                "\" must be an object that holds the quad under the same key. Quads may also stand "
