@@ -60,6 +60,12 @@ TEST_F(AnswerForm, TakesTheNameOfAnInputForWrongUsage) {
     EXPECT_THROW(refuseToOverwrite({link}, options), UsageError);
 }
 
+TEST_F(AnswerForm, TakesTheNameOfAFileThatIsYetToBeMadeForWrongUsage) {
+    OutputOptions options;
+    options.file = directory_.file("made/../table");
+    EXPECT_THROW(refuseToOverwrite({directory_.file("table")}, options), UsageError);
+}
+
 TEST_F(AnswerForm, TakesAnyOtherName) {
     OutputOptions options;
     const std::string input = directory_.write("input", "content");

@@ -204,12 +204,18 @@ TEST_F(UpdateElfCommand, DoesNotOverwriteItsRequestWithTheTable) {
     EXPECT_EQ(readFile(delivery.work.rateTableFile()), request);
 }
 
-TEST_F(UpdateElfCommand, DoesNotOverwriteItsElfWithTheAnswer) {
-    const std::string before = readFile(delivery.elfFile);
-    std::vector<std::string> arguments = updateOf(delivery.elfFile, delivery.work.path());
-    arguments.insert(arguments.end(), {"-o", delivery.elfFile});
-    expectFailure(run(arguments), 2, "-o names the file " + delivery.elfFile);
-    EXPECT_EQ(readFile(delivery.elfFile), before);
+TEST_F(UpdateElfCommand, DoesNotOverwriteItsFilesWithTheAnswer) {
+    const std::string script = readFile(delivery.work.scriptFile());
+    const std::string elf = readFile(delivery.elfFile);
+    for (const std::string& file : {delivery.elfFile, delivery.work.scriptFile(),
+                                    delivery.work.rateTableFile(), delivery.work.logFile()}) {
+        std::vector<std::string> arguments = updateOf(delivery.elfFile, delivery.work.path());
+        arguments.insert(arguments.end(), {"-o", file});
+        expectFailure(run(arguments), 2, "-o names the file " + file);
+    }
+    EXPECT_EQ(readFile(delivery.work.scriptFile()), script);
+    EXPECT_EQ(readFile(delivery.elfFile), elf);
+    EXPECT_FALSE(fs::exists(delivery.work.rateTableFile()));
 }
 
 TEST_F(UpdateElfCommand, IsRefusedInADirectoryThatNobodyCanWriteTo) {

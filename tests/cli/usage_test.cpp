@@ -155,8 +155,27 @@ TEST_P(DatabaseSubcommand, TakesNoEmptyNameOfTheDatabase) {
     expectFailure(runWith({"--database", ""}), 2, "--database: the value is empty");
 }
 
+TEST_P(DatabaseSubcommand, DoesNotOverwriteItsDatabase) {
+    const std::string folder = SxaDatabase().writeTo(directory);
+    for (const char* const name : {"device.json", "parameters.json", "registers.json"}) {
+        const std::string file = folder + "/" + name;
+        const std::string before = readFile(file);
+        expectFailure(runWith({"--database", folder, "-o", file}), 2,
+                      "-o names the file " + file + ", which this command uses.");
+        EXPECT_EQ(readFile(file), before);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, DatabaseSubcommand, testing::ValuesIn(databaseSubcommands()),
                          CaseName());
+
+TEST_F(CommandLine, OverwritesNoRequestThatItCompares) {
+    const std::string before = bundledRequest("sxa_basic").dump();
+    const std::string file = directory.write("request.json", before);
+    expectFailure(run({"attributes", "--diff", requestPath("sxa_basic"), file, "-o", file}), 2,
+                  "-o names the file " + file + ", which this command uses.");
+    EXPECT_EQ(readFile(file), before);
+}
 
 class RequestSubcommand : public Subcommand {};
 
@@ -172,7 +191,7 @@ TEST_P(RequestSubcommand, DoesNotOverwriteItsRequest) {
     const std::string before = bundledRequest("sxa_basic").dump();
     const std::string file = directory.write("request.json", before);
     expectFailure(runWithoutRequest({file, "-o", file}), 2,
-                  "-o names the file " + file + ", which this command reads.");
+                  "-o names the file " + file + ", which this command uses.");
     EXPECT_EQ(readFile(file), before);
 }
 

@@ -64,8 +64,7 @@ struct RequestAnswer {
     std::map<std::string, attributeInfo> registers;
 };
 
-RequestAnswer answerOfRequest(const AttributesOptions& options, std::size_t side,
-                              Console& console) {
+RequestInputs inputsOfSide(const AttributesOptions& options, std::size_t side) {
     RequestOptions own = options.request;
     own.file = options.comparedRequests[side];
     if (!options.comparedRules.empty()) {
@@ -73,15 +72,21 @@ RequestAnswer answerOfRequest(const AttributesOptions& options, std::size_t side
         own.family = rules.family;
         own.selector = rules.selector;
     }
-    RequestRun run(own, console);
-    textMap attributes = run.instance.attributes();
-    return {own.file + " (" + nameOf(*run.request.rules) + ")", std::move(attributes),
-            run.instance.engine().attributes};
+    return {own, options.output};
+}
+
+RequestAnswer answerOfRequest(const RequestInputs& inputs, Console& console) {
+    ConfiguredInstance instance(inputs.request, inputs.database, console);
+    textMap attributes = instance.attributes();
+    return {inputs.request.file + " (" + nameOf(*inputs.request.rules) + ")", std::move(attributes),
+            instance.engine().attributes};
 }
 
 Answer differenceOfRequests(const AttributesOptions& options, Console& console) {
-    const RequestAnswer first = answerOfRequest(options, 0, console);
-    const RequestAnswer second = answerOfRequest(options, 1, console);
+    const RequestInputs firstInputs = inputsOfSide(options, 0);
+    const RequestInputs secondInputs = inputsOfSide(options, 1);
+    const RequestAnswer first = answerOfRequest(firstInputs, console);
+    const RequestAnswer second = answerOfRequest(secondInputs, console);
     return answerOf(valueDifferences({first.attributes, first.registers},
                                      {second.attributes, second.registers}),
                     false, first.name, second.name);
@@ -126,7 +131,7 @@ std::vector<ValueDifference> differencesOfChannel(
 Answer differenceOfRates(const AttributesOptions& options, Console& console) {
     const std::string& firstName = options.comparedRates[0];
     const std::string& secondName = options.comparedRates[1];
-    const RequestRun run(options.request, console);
+    const RequestRun run(options.request, options.output, console);
     console.endProgress();
     const auto& channels = run.instance.engine().blockVarMap;
     std::vector<ValueDifference> differences;
@@ -163,13 +168,11 @@ Answer answerTo(const AttributesOptions& options, Console& console) {
     if (!options.comparedRates.empty()) {
         return differenceOfRates(options, console);
     }
-    RequestRun run(options.request, console);
+    RequestRun run(options.request, options.output, console);
     return attributesAnswer(run.instance.attributes());
 }
 
 ExitCode run(const AttributesOptions& options, Console& console) {
-    refuseToOverwrite({options.request.file}, options.output);
-    refuseToOverwrite(options.comparedRequests, options.output);
     writeAnswer(answerTo(options, console), options.output);
     return ExitCode::done;
 }

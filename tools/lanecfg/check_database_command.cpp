@@ -142,8 +142,12 @@ Answer answerOf(const std::vector<DatabaseReport>& reports) {
 }
 
 ExitCode run(const CheckDatabaseOptions& options, Console& console) {
+    const std::vector<Target> targets = targetsOf(options);
+    for (const Target& target : targets) {
+        refuseToOverwrite(target.database.files(), options.output);
+    }
     std::vector<DatabaseReport> reports;
-    for (const Target& target : targetsOf(options)) {
+    for (const Target& target : targets) {
         reports.push_back(checkDatabase(target.database, target.rules, console));
     }
     writeAnswer(answerOf(reports), options.output);

@@ -144,9 +144,7 @@ std::vector<std::string> ConfiguredInstance::log() {
     return lane_cfg_ip_mgr::getLogContent();
 }
 
-RequestRun::RequestRun(const RequestOptions& options, Console& console)
-    : request(readRequest(options)),
-      database(findDatabase(chooseDatabaseRoot(options.database), *request.rules)),
-      instance(request, database, console) {}
+RequestRun::RequestRun(const RequestOptions& options, const OutputOptions& output, Console& console)
+    : inputs(options, output), instance(inputs.request, inputs.database, console) {}
 
 }  // namespace sable_lanecfg::tool

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "console.h"
-#include "database.h"
-#include "request.h"
+#include "request_inputs.h"
 
 #include <lanecfg/gt_rule_engine.h>
 
@@ -57,10 +56,9 @@ class ConfiguredInstance {
 
 /// Reads the request, finds its database, and gives both to `ConfiguredInstance`.
 struct RequestRun {
-    RequestRun(const RequestOptions& options, Console& console);
+    RequestRun(const RequestOptions& options, const OutputOptions& output, Console& console);
 
-    Request request;
-    Database database;
+    RequestInputs inputs;
     ConfiguredInstance instance;
 };
 

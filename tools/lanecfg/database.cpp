@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <array>
+#include <algorithm>
 #include <cstdlib>
 #include <system_error>
 
@@ -15,11 +15,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* environmentVariable = "LANECFG_DATA";
-
-std::array<fs::path, 3> filesOf(const fs::path& folder) {
-    const Database database{folder};
-    return {database.deviceFile(), database.parametersFile(), database.registersFile()};
-}
 
 /// The build lays programs and data out as an installation does, so one way leads to both.
 fs::path bundledFolder() {
@@ -51,13 +46,11 @@ DatabaseRoot chooseDatabaseRoot(const std::string& option) {
 }
 
 bool holdsDatabase(const fs::path& folder) {
-    std::error_code ignored;
-    for (const fs::path& file : filesOf(folder)) {
-        if (fs::exists(file, ignored)) {
-            return true;
-        }
-    }
-    return false;
+    const std::vector<std::string> files = Database{folder}.files();
+    return std::any_of(files.begin(), files.end(), [](const std::string& file) {
+        std::error_code ignored;
+        return fs::exists(file, ignored);
+    });
 }
 
 Database findDatabase(const DatabaseRoot& root, const RuleSet& rules) {
@@ -70,7 +63,7 @@ Database findDatabase(const DatabaseRoot& root, const RuleSet& rules) {
             own.folder.string() + " (in the database folder " + root.origin +
             "). Name another folder with --database or " + environmentVariable + ".");
     }
-    for (const fs::path& file : filesOf(own.folder)) {
+    for (const std::string& file : own.files()) {
         requireRegularFileIfAny(file);
     }
     return own;

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -19,6 +20,9 @@ struct Database {
     std::string deviceFile() const { return (folder / "device.json").string(); }
     std::string parametersFile() const { return (folder / "parameters.json").string(); }
     std::string registersFile() const { return (folder / "registers.json").string(); }
+    std::vector<std::string> files() const {
+        return {deviceFile(), parametersFile(), registersFile()};
+    }
 };
 
 /// The folder in which databases are looked for: one that holds the three files itself, or one

@@ -22,8 +22,7 @@ std::optional<Database> databaseOf(const DatabaseRoot& root, const RuleSet& rule
     }
 }
 
-std::vector<Cell> rowOf(const RuleSet& rules, const DatabaseRoot& root) {
-    const std::optional<Database> database = databaseOf(root, rules);
+std::vector<Cell> rowOf(const RuleSet& rules, const std::optional<Database>& database) {
     const bool isAvailable = database && isRuleSetBuilt(rules, *database);
     return {Cell(rules.family), Cell(rules.selector),
             Cell(rule_engine_utilities::ChPerBlock(rules.family)),
@@ -37,7 +36,11 @@ ExitCode run(const FamiliesOptions& options, Console& console) {
     answer.table.columns = {"family", "selector", "channels", "available", "database"};
     for (const RuleSet& rules : ruleSets()) {
         console.progress("Looking at the " + rules.selector + " rules of " + rules.family);
-        answer.table.rows.push_back(rowOf(rules, root));
+        const std::optional<Database> database = databaseOf(root, rules);
+        if (database) {
+            refuseToOverwrite(database->files(), options.output);
+        }
+        answer.table.rows.push_back(rowOf(rules, database));
     }
     console.endProgress();
     writeAnswer(answer, options.output);

@@ -34,8 +34,7 @@ void addRows(Table& table, const std::string& line) {
 }
 
 ExitCode run(const LogOptions& options, Console& console) {
-    refuseToOverwrite({options.request.file}, options.output);
-    RequestRun run(options.request, console);
+    RequestRun run(options.request, options.output, console);
     Answer answer;
     answer.table.columns = {"line"};
     answer.table.hasHeading = false;

@@ -47,8 +47,7 @@ Answer answerOf(const textMap& image) {
 }
 
 ExitCode run(const MemoryOptions& options, Console& console) {
-    refuseToOverwrite({options.request.file}, options.output);
-    RequestRun run(options.request, console);
+    RequestRun run(options.request, options.output, console);
     writeAnswer(answerOf(run.instance.memoryImage()), options.output);
     return ExitCode::done;
 }

@@ -26,8 +26,7 @@ Answer answerOf(const textMap& clocks) {
 }
 
 ExitCode run(const OutclkOptions& options, Console& console) {
-    refuseToOverwrite({options.request.file}, options.output);
-    RequestRun run(options.request, console);
+    RequestRun run(options.request, options.output, console);
     writeAnswer(answerOf(run.instance.outputClocks()), options.output);
     return ExitCode::done;
 }

@@ -41,6 +41,18 @@ std::string rendered(const Answer& answer, const std::string& format) {
     return format == "csv" ? csvText(answer.table) : textForm(answer);
 }
 
+/// Whether two names lead to one file, be it there or yet to be made.
+bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
+    std::error_code missing;
+    if (std::filesystem::equivalent(one, other, missing)) {
+        return true;
+    }
+    std::error_code unreadable;
+    const std::filesystem::path place = std::filesystem::weakly_canonical(one, unreadable);
+    return !unreadable && place == std::filesystem::weakly_canonical(other, unreadable) &&
+           !unreadable;
+}
+
 }  // namespace
 
 void addOutputOptions(CLI::App& command, OutputOptions& options) {
@@ -54,12 +66,11 @@ void addOutputOptions(CLI::App& command, OutputOptions& options) {
         ->check(emptyValueFault);
 }
 
-void refuseToOverwrite(const std::vector<std::string>& inputs, const OutputOptions& options) {
-    for (const std::string& input : inputs) {
-        std::error_code missing;
-        if (std::filesystem::equivalent(options.file, input, missing)) {
-            throw UsageError("-o names the file " + input +
-                             ", which this command reads. Name another file for the answer.");
+void refuseToOverwrite(const std::vector<std::string>& used, const OutputOptions& options) {
+    for (const std::string& file : used) {
+        if (!options.file.empty() && isSameFile(options.file, file)) {
+            throw UsageError("-o names the file " + file +
+                             ", which this command uses. Name another file for the answer.");
         }
     }
 }

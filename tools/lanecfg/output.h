@@ -29,8 +29,9 @@ struct Answer {
 /// Gives a subcommand the options --format and -o.
 void addOutputOptions(CLI::App& command, OutputOptions& options);
 
-/// Throws UsageError when the file for the answer is one that the command reads.
-void refuseToOverwrite(const std::vector<std::string>& inputs, const OutputOptions& options);
+/// Throws UsageError when the file for the answer is one of these, which the command uses, whether
+/// they exist or not.
+void refuseToOverwrite(const std::vector<std::string>& used, const OutputOptions& options);
 
 /// Brings what was written to standard output on its way. Throws RequestError when that can't be
 /// done; a reader that has ended has all it wanted.

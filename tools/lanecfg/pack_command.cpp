@@ -3,6 +3,7 @@
 #include "packing_question.h"
 #include "packing_reasons.h"
 #include "packing_view.h"
+#include "request_inputs.h"
 #include "subcommand.h"
 
 namespace sable_lanecfg::tool {
@@ -83,14 +84,11 @@ ExitCode run(const PackOptions& options, Console& console) {
     if (options.output.format == "csv" && options.wantsPorts && options.wantsCandidates) {
         throw UsageError("CSV holds one table: give --ports or --why, not both.");
     }
-    refuseToOverwrite({options.request.file}, options.output);
-    const Request request = readRequest(options.request);
-    const Database database =
-        findDatabase(chooseDatabaseRoot(options.request.database), *request.rules);
-    const PackingQuestion question = askForPacking(request, database, console);
+    const RequestInputs inputs(options.request, options.output);
+    const PackingQuestion question = askForPacking(inputs.request, inputs.database, console);
     const std::vector<ClockWarning> warnings = clockWarnings(question.packing);
     if (options.output.format == "csv") {
-        tellOfClocks(request, warnings, console);
+        tellOfClocks(inputs.request, warnings, console);
     }
     writeAnswer(answerOf(question, warnings, options), options.output);
     return question.messages.empty() ? ExitCode::done : ExitCode::failed;

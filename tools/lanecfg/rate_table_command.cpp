@@ -51,8 +51,7 @@ ExitCode run(const RateTableOptions& options, Console& console) {
     if (options.isDecoded && options.isVerified && options.output.format == "csv") {
         throw UsageError("--format csv holds one table: choose --decode or --verify");
     }
-    refuseToOverwrite({options.request.file}, options.output);
-    RequestRun run(options.request, console);
+    RequestRun run(options.request, options.output, console);
     // The making of the table adjusts the snapshots that it is to be compared with.
     const RateSnapshots snapshots = takeSnapshots(run.instance.engine());
     const std::vector<std::uint32_t> words = rateTableWords(run.instance.rateTable());

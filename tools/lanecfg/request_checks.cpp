@@ -51,8 +51,7 @@ void warnOfDoubts(const Request& request, Console& console) {
 }  // namespace
 
 void tellOfDoubts(const Request& request, const Database& database, Console& console) {
-    for (const std::string& file :
-         {database.deviceFile(), database.parametersFile(), database.registersFile()}) {
+    for (const std::string& file : database.files()) {
         requireObject(file);
     }
     tellOfMisreadValue(request, database, console);

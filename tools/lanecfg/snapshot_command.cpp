@@ -14,8 +14,7 @@ struct SnapshotOptions {
 };
 
 ExitCode run(const SnapshotOptions& options, Console& console) {
-    refuseToOverwrite({options.request.file}, options.output);
-    const RequestRun run(options.request, console);
+    const RequestRun run(options.request, options.output, console);
     Answer answer;
     answer.table = snapshotRows(run.instance.engine().blockVarMap, options.filter);
     console.endProgress();

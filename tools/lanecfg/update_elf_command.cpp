@@ -129,12 +129,14 @@ Answer answerOf(const UpdatePaths& paths) {
 
 ExitCode run(const UpdateElfOptions& options, Console& console) {
     const UpdatePaths paths(options);
-    refuseToOverwrite({options.request.file, paths.elfFile.string()}, options.output);
+    refuseToOverwrite({paths.elfFile.string(), paths.script.string(), paths.rateTable.string(),
+                       paths.log.string()},
+                      options.output);
     for (const fs::path& written : {paths.rateTable, paths.log}) {
         requireOther(written, options.request.file);
         requireOther(written, paths.elfFile);
     }
-    RequestRun run(options.request, console);
+    RequestRun run(options.request, options.output, console);
     requireElf(paths.elfFile);
     requireDirectory(paths.workDir);
     requireWritable(paths.rateTable);
