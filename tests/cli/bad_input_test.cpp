@@ -333,14 +333,19 @@ TEST_F(BadDatabase, WithABlockTypeThatTheBlockModelDoesNotKnow) {
     EXPECT_THAT(result.errors, HasSubstr(" on the database " + directory.file("SXA") + ": "));
 }
 
-TEST_F(BadDatabase, WithAnOffsetThatIsNoNumberTellsSo) {
+TEST_F(BadDatabase, WithAnOffsetThatIsNoNumberNamesTheRegister) {
     SxaDatabase database;
     database.registers["PIPE_CTRL_CFG7"]["Offset"] = "zz";
-    expectFailure(
-        run({"memory", requestPath("sxa_basic"), "--database", database.writeTo(directory)}), 1,
-        " on the database " + directory.file("SXA") +
-            ": no memory image: A register of the database has an offset that is no "
-            "hexadecimal number; lanecfg check-database tells which.");
+    const std::string folder = database.writeTo(directory);
+    const std::string reason = ": The register PIPE_CTRL_CFG7 of the file " + folder +
+                               "/registers.json has the \"Offset\" \"zz\", which is no hexadecimal "
+                               "number. Give its offset in words, such as \"0x1a\"; lanecfg "
+                               "check-database tells of all that are none.";
+    for (const std::string word : {"memory", "rate-table"}) {
+        const ProgramResult result = run({word, requestPath("sxa_basic"), "--database", folder});
+        expectFailure(result, 1, " on the database " + folder + ": no ");
+        EXPECT_THAT(result.errors, HasSubstr(reason));
+    }
 }
 
 TEST_F(BadDatabase, WithoutARegisterThatTheRulesCompose) {

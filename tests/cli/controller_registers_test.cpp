@@ -73,6 +73,22 @@ INSTANTIATE_TEST_SUITE_P(
                     PlacelessRegister{"OffsetTooLarge", "channel", "fffffffffffffffff"}),
     [](const auto& test) { return std::string(test.param.name); });
 
+TEST(RegisterOffset, IsTheHexadecimalNumberWithWhichTheTextBegins) {
+    EXPECT_EQ(offsetOf(registerAt("channel", "0x1A")), 26U);
+    EXPECT_EQ(offsetOf(registerAt("channel", "1a words")), 26U);
+}
+
+TEST(RegisterOffset, IsNoneWhereTheTextBeginsWithNone) {
+    EXPECT_EQ(offsetOf(registerAt("channel", "")), std::nullopt);
+    EXPECT_EQ(offsetOf(registerAt("channel", "zz")), std::nullopt);
+}
+
+TEST(PortType, IsOneThatNamesPortsAndNoBlock) {
+    EXPECT_TRUE(isPortType("CH_PORT"));
+    EXPECT_FALSE(isPortType("ch_PORT"));
+    EXPECT_FALSE(isPortType("channel"));
+}
+
 TEST(ControllerRegisters, HaveNoPlaceForARegisterThatTheDatabaseLacks) {
     const ControllerRegisters registers({{"R", registerAt("channel", "0x1")}});
     EXPECT_EQ(registers.placeOf("S", 0), std::nullopt);

@@ -72,13 +72,17 @@ TEST_F(UpdateElfCommand, DoesNotRunTheScriptOnARequestThatCannotBeLoaded) {
     EXPECT_FALSE(fs::exists(delivery.work.rateTableFile()));
 }
 
-TEST_F(UpdateElfCommand, ShowsTheLibrarysMessageWhenTheTableCannotBeMade) {
+TEST_F(UpdateElfCommand, NamesTheRegisterWhoseOffsetIsNoNumber) {
     SxaDatabase database;
     database.registers["PIPE_CTRL_CFG7"]["Offset"] = "zz";
+    const std::string folder = database.writeTo(directory);
     std::vector<std::string> arguments = updateOf(delivery.elfFile, delivery.work.path());
-    arguments.insert(arguments.end(), {"--database", database.writeTo(directory)});
-    expectFailure(run(arguments), 1,
-                  "no ELF update: Internal Error: Quad IP Generation Error : stoul\n");
+    arguments.insert(arguments.end(), {"--database", folder});
+    const ProgramResult result = run(arguments);
+    expectFailure(result, 1,
+                  "no ELF update: The register PIPE_CTRL_CFG7 of the file " + folder +
+                      "/registers.json has the \"Offset\" \"zz\", which is no hexadecimal number.");
+    EXPECT_THAT(result.errors, testing::Not(HasSubstr("stoul")));
 }
 
 TEST_F(CommandLine, UpdatesAnElfWhosePathsHaveBlanksQuotesSemicolonsAndLineFeeds) {

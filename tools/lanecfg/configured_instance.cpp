@@ -1,13 +1,16 @@
 #include "configured_instance.h"
 
+#include "controller_registers.h"
 #include "errors.h"
 #include "request_checks.h"
 #include "run_warnings.h"
 #include "standard_output_guard.h"
+#include "table.h"
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
 #include <exception>
+#include <stdexcept>
 
 namespace sable_lanecfg::tool {
 namespace {
@@ -55,6 +58,20 @@ bool isNameKnown(const RuleSet& rules) {
                            "those that are.");
     }
     throwUnusableParameters(request, database);
+}
+
+/// Text about the first register whose offset the library can't read, empty when there is none.
+std::string offsetFault(const std::map<std::string, attributeInfo>& registers,
+                        const Database& database) {
+    for (const auto& [name, info] : registers) {
+        if (!isPortType(info.dstSubBlock) && !offsetOf(info)) {
+            return "The register " + name + " of the file " + database.registersFile() +
+                   " has the \"Offset\" " + jsonText(Json(info.Offset)) +
+                   ", which is no hexadecimal number. Give its offset in words, such as \"0x1a\"; "
+                   "lanecfg check-database tells of all that are none.";
+        }
+    }
+    return {};
 }
 
 std::string descriptionOf(const Request& request) {
@@ -106,9 +123,23 @@ auto ConfiguredInstance::ask(const char* what, const Query& query) {
         return answer;
     } catch (...) {
         throw RequestError("Request " + request_.file + " on the database " +
-                           database_.folder.string() + ": no " + what + ": " +
-                           currentExceptionText());
+                           database_.folder.string() + ": no " + what + ": " + reasonOfFailure());
     }
+}
+
+/// Text about the exception that is being handled. That of an offset tells no more than the name of
+/// a conversion.
+std::string ConfiguredInstance::reasonOfFailure() const {
+    try {
+        throw;
+    } catch (const std::logic_error& error) {
+        const std::string fault = offsetFault(engine_->attributes, database_);
+        if (error.what() == std::string("stoul") && !fault.empty()) {
+            return fault;
+        }
+    } catch (...) {
+    }
+    return currentExceptionText();
 }
 
 textMap ConfiguredInstance::attributes() {
@@ -134,7 +165,9 @@ bool ConfiguredInstance::updateElf(const std::string& elfFile, const std::string
         try {
             return lane_cfg_ip_mgr::updateELF(name, family, selector, elfFile, workDir) == 1;
         } catch (const std::string& text) {
-            // A whole message here, where texts thrown by rules are names of variables.
+            // A text is all that the library hands over. Making the table once more shows the
+            // exception behind it.
+            (void)engine_->generateRateTableInBinary();
             throw RequestError(text);
         }
     });

@@ -46,6 +46,7 @@ class ConfiguredInstance {
   private:
     template <class Query>
     auto ask(const char* what, const Query& query);
+    std::string reasonOfFailure() const;
 
     const Request& request_;
     const Database& database_;

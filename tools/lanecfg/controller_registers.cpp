@@ -12,14 +12,6 @@ namespace {
 using boost::algorithm::starts_with;
 using BlockOffsets = std::map<std::string, std::vector<int>>;
 
-std::optional<unsigned long> hexadecimal(const std::string& text) {
-    try {
-        return std::stoul(text, nullptr, 16);
-    } catch (const std::logic_error&) {
-        return std::nullopt;
-    }
-}
-
 /// The row of the block offsets that a type is looked up in, and the place in the row. A type that
 /// is not known has no row, and stands at its bare offset.
 struct BlockIndex {
@@ -58,10 +50,9 @@ std::optional<RegisterPlace> placeIn(const BlockOffsets& offsets, const attribut
                                      unsigned channel) {
     const std::string& type = info.dstSubBlock;
     const BlockIndex block = blockIndexOf(type, channel);
-    const bool isPort = block.row.empty() && boost::algorithm::contains(type, "PORT");
-    const std::optional<unsigned long> offset = hexadecimal(info.Offset);
+    const std::optional<unsigned long> offset = offsetOf(info);
     const std::optional<int> base = blockOffset(offsets, block);
-    if (isPort || !offset || !base) {
+    if (isPortType(type) || !offset || !base) {
         return std::nullopt;
     }
     const unsigned long address = *offset + static_cast<unsigned long>(*base);
@@ -70,6 +61,18 @@ std::optional<RegisterPlace> placeIn(const BlockOffsets& offsets, const attribut
 }
 
 }  // namespace
+
+std::optional<unsigned long> offsetOf(const attributeInfo& info) {
+    try {
+        return std::stoul(info.Offset, nullptr, 16);
+    } catch (const std::logic_error&) {
+        return std::nullopt;
+    }
+}
+
+bool isPortType(const std::string& type) {
+    return blockIndexOf(type, 0).row.empty() && boost::algorithm::contains(type, "PORT");
+}
 
 ControllerRegisters::ControllerRegisters(const std::map<std::string, attributeInfo>& registers) {
     const BlockOffsets offsets = block_tables::blockOffsets();

@@ -19,6 +19,13 @@ struct RegisterPlace {
     bool isOfLane = false;  ///< each lane has one at this address, instead of all sharing it
 };
 
+/// The offset as the library reads it: the hexadecimal number with which the text begins, none
+/// where it begins with none.
+std::optional<unsigned long> offsetOf(const attributeInfo& info);
+
+/// Whether registers of a block type are ports, which have no address.
+bool isPortType(const std::string& type);
+
 /// The registers of a database by the addresses that the embedded controller has for them.
 class ControllerRegisters {
   public:
