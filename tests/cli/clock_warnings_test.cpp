@@ -231,6 +231,31 @@ TEST_F(ClockWarnings, EndWhenTheUsedClockIsAskedFor) {
     EXPECT_GT(warned, 100);
 }
 
+TEST_F(ClockWarnings, OfferTheOtherPllJustWhereItUsesTheClock) {
+    std::mt19937 random(21);
+    std::uniform_real_distribution<double> lineRate(0.5, 30.0);
+    const std::vector<double> clocks{100.0, 125.0, 156.25, 161.1328125, 200.0, 322.265625};
+    int offered = 0;
+    int withheld = 0;
+    for (std::size_t round = 0; round < 400; ++round) {
+        RateSettings settings = rateOf(lineRate(random), round % 2 == 0 ? "RPLL" : "LCPLL",
+                                       clocks[round % clocks.size()]);
+        const auto warnings = warningsOf(PackingRequest().add(transmit, 0, {settings}));
+        if (warnings.empty()) {
+            continue;
+        }
+        settings.pll = settings.pll == "RPLL" ? "LCPLL" : "RPLL";
+        const PackingRequest other = PackingRequest().add(transmit, 0, {settings});
+        const bool isUsed = other.reasons().empty() && warningsOf(other).empty();
+        const bool isOffered =
+            warnings.front().text.find("take the other PLL") != std::string::npos;
+        EXPECT_EQ(isOffered, isUsed) << settings.lineRate << " Gb/s on the " << settings.pll;
+        ++(isOffered ? offered : withheld);
+    }
+    EXPECT_GT(offered, 20);
+    EXPECT_GT(withheld, 20);
+}
+
 /// Changes the parameters of both directions in every lane and rate of a request.
 template <class Value>
 void change(json& request, const std::string& ending, const Value& value) {

@@ -2,7 +2,7 @@
 
 #include "families.h"
 #include "families/sxb/packing_rows.h"
-#include "packing_reasons.h"
+#include "rate_places.h"
 
 #include <lanecfg/rule_engine_utilities.h>
 
@@ -22,17 +22,6 @@ namespace {
 /// Oscillators are good to this; what a fraction leaves is far below.
 constexpr double toleratedDifference = 100e-6;
 
-/// Where a rate is used.
-struct RatePlace {
-    int lane;
-    bool isReceive;
-    int rate;
-
-    bool operator<(const RatePlace& other) const {
-        return std::tie(lane, isReceive, rate) < std::tie(other.lane, other.isReceive, other.rate);
-    }
-};
-
 /// A reference clock as the request gives it, and that for which the registers are made (MHz).
 struct ClockUse {
     RatePlace at;
@@ -44,28 +33,10 @@ struct ClockUse {
     double used;
 };
 
-using ParameterValues = std::map<std::string, ruleValue>;
 using PllResults = std::map<std::string, packingNumbers>;
 
 bool areApart(double requested, double used) {
     return std::abs(used - requested) > toleratedDifference * std::abs(requested);
-}
-
-std::string directionOf(const RatePlace& at) {
-    return at.isReceive ? "RX" : "TX";
-}
-
-/// An element by its number, null beyond the list.
-template <class Element>
-const Element* elementAt(const std::vector<Element>& list, int number) {
-    const auto index = static_cast<std::size_t>(number);
-    return number >= 0 && index < list.size() ? &list[index] : nullptr;
-}
-
-const ParameterValues* valuesAt(const userParamStore& params, const RatePlace& at) {
-    const auto* const lanes = elementAt(params, at.isReceive ? 1 : 0);
-    const auto* const rates = lanes == nullptr ? nullptr : elementAt(*lanes, at.lane);
-    return rates == nullptr ? nullptr : elementAt(*rates, at.rate);
 }
 
 /// A parameter of the place's direction, null where it is missing or has another type.
@@ -117,20 +88,6 @@ std::optional<ClockUse> clockUseAt(const RatePlace& at, const userParamStore& pa
                 : std::nullopt;
 }
 
-std::set<RatePlace> placesOf(const std::vector<channelUsageInfo>& usage) {
-    std::set<RatePlace> places;
-    for (const channelUsageInfo& channel : usage) {
-        for (const bool isReceive : {false, true}) {
-            for (const int lane : isReceive ? channel.rx : channel.tx) {
-                for (const int rate : channel.rates) {
-                    places.insert({lane, isReceive, rate});
-                }
-            }
-        }
-    }
-    return places;
-}
-
 ClockWarning warningOf(const std::vector<ClockUse>& uses, std::string text) {
     ClockWarning warning;
     for (const ClockUse& use : uses) {
@@ -147,18 +104,8 @@ ClockWarning warningOf(const std::vector<ClockUse>& uses, std::string text) {
     return warning;
 }
 
-/// "lane 1 TX".
-std::string placeText(const RatePlace& at) {
-    return "lane " + std::to_string(at.lane) + " " + directionOf(at);
-}
-
 std::string megahertz(double clock) {
     return jsonText(Json(clock)) + " MHz";
-}
-
-/// "rate 1", "rates 0, 1".
-std::string counted(const std::string& noun, const std::set<int>& numbers) {
-    return noun + (numbers.size() == 1 ? " " : "s ") + listed(numbers);
 }
 
 /// Whether the PLL that a rate doesn't take reaches it from the requested clock.

@@ -1,5 +1,6 @@
 #include "option_value.h"
 #include "output.h"
+#include "parameter_doubts.h"
 #include "subcommand.h"
 
 #include <lanecfg/rule_engine_utilities.h>
@@ -125,8 +126,7 @@ void addSearchOptions(CLI::App& command, OutclkListOptions& options) {
                       "in bits")
         ->required();
     command.add_option("--encoding", options.encoding, "Encoding or decoding; RAW unless given")
-        ->check(CLI::IsMember({"RAW", "8B10B", "128B130B", "64B66B_SYNC", "64B67B", "64B66B_CAUI",
-                               "64B67B_CAUI", "64B66B_ASYNC", "64B66B_ASYNC_CAUI", "PRBS"}));
+        ->check(CLI::IsMember(encodingWords()));
     command
         .add_option("--buffer-mode", options.bufferMode,
                     "1 with the buffer (unless given), 0 around it")

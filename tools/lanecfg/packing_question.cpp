@@ -1,32 +1,15 @@
 #include "packing_question.h"
 
 #include "errors.h"
+#include "loaded_request.h"
 #include "request_checks.h"
 
 namespace sable_lanecfg::tool {
 namespace {
 
-gt_db_load load(const Request& request, const Database& database) {
-    const RequestDictionaries& dictionaries = request.dictionaries;
-    const std::string noFile;
-    return {dictionaries.options,
-            dictionaries.userParams,
-            dictionaries.laneUsage,
-            quadUsageMap(),
-            database.parametersFile(),
-            request.isDictionaryForm ? noFile : request.file,
-            database.registersFile(),
-            database.deviceFile(),
-            request.part};
-}
-
 gt_quad_packing packingOf(const Request& request, const Database& database) {
     try {
-        const gt_db_load loaded = load(request, database);
-        // Which quad the channels are in is no matter here.
-        for (const auto& [name, quad] : loaded.m_quadsUsage) {
-            delete quad;
-        }
+        const gt_db_load loaded = loadRequest(request, database);
         if (loaded.m_loaded) {
             return {loaded.m_channelUsage, loaded.m_paramTypes, loaded.m_userParams,
                     loaded.m_fields, loaded.m_deviceData};

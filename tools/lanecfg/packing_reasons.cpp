@@ -1,9 +1,9 @@
 #include "packing_reasons.h"
 
 #include "packing_view.h"
+#include "rate_places.h"
 
 #include <boost/algorithm/string/erase.hpp>
-#include <boost/algorithm/string/join.hpp>
 #include <boost/algorithm/string/predicate.hpp>
 
 #include <algorithm>
@@ -215,14 +215,6 @@ std::string firstReasonText(const std::map<int, std::string>& messages) {
         }
     }
     return first.text;
-}
-
-std::string listed(const std::set<int>& numbers) {
-    std::vector<std::string> texts;
-    for (const int number : numbers) {
-        texts.push_back(std::to_string(number));
-    }
-    return boost::algorithm::join(texts, ", ");
 }
 
 Table reasonTable(const std::vector<PackingReason>& reasons) {

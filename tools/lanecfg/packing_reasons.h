@@ -27,9 +27,6 @@ std::vector<PackingReason> packingReasons(const PackingQuestion& question);
 /// The text of the first of these reasons, from the messages of the library; empty without any.
 std::string firstReasonText(const std::map<int, std::string>& messages);
 
-/// Numbers as "0, 1".
-std::string listed(const std::set<int>& numbers);
-
 Table reasonTable(const std::vector<PackingReason>& reasons);
 Json reasonDocument(const std::vector<PackingReason>& reasons);
 

@@ -2,6 +2,9 @@
 
 #include "errors.h"
 #include "json_document.h"
+#include "loaded_request.h"
+#include "message_capture.h"
+#include "parameter_doubts.h"
 #include "request_dictionaries.h"
 #include "user_parameter_fault.h"
 
@@ -42,9 +45,21 @@ void warnOfMissingPart(const Request& request, Console& console) {
     }
 }
 
-void warnOfDoubts(const Request& request, Console& console) {
-    for (const std::string& doubt : doubtsOf(request.dictionaries.userParams)) {
+void warnOf(const std::vector<std::string>& doubts, const Request& request, Console& console) {
+    for (const std::string& doubt : doubts) {
         console.warning("Request " + request.file + ": " + doubt);
+    }
+}
+
+/// Doubts about values. They are looked for before the run, since some of the values end it.
+std::vector<std::string> doubtsOfValues(const Request& request, const Database& database) {
+    // What can't be loaded is told by the run, which loads it once more.
+    const MessageCapture unheard;
+    try {
+        const gt_db_load loaded = loadRequest(request, database);
+        return parameterDoubts(loaded.m_channelUsage, loaded.m_userParams);
+    } catch (...) {
+        return {};
     }
 }
 
@@ -55,8 +70,9 @@ void tellOfDoubts(const Request& request, const Database& database, Console& con
         requireObject(file);
     }
     tellOfMisreadValue(request, database, console);
-    warnOfDoubts(request, console);
+    warnOf(doubtsOf(request.dictionaries.userParams), request, console);
     warnOfMissingPart(request, console);
+    warnOf(doubtsOfValues(request, database), request, console);
 }
 
 void tellOfErrors(const Request& request, const Database& database, Console& console,

@@ -6,8 +6,6 @@ namespace sable_lanecfg {
 
 namespace {
 
-constexpr code_table<unsigned int, 8> plainWidthCodes{
-    {{16, 2}, {20, 3}, {32, 4}, {40, 5}, {64, 6}, {80, 7}, {128, 8}, {160, 9}}};
 constexpr code_table<unsigned int, 8> paddedWidthCodes{
     {{16, 3}, {20, 3}, {32, 5}, {40, 5}, {64, 7}, {80, 7}, {128, 9}, {160, 9}}};
 constexpr code_table<unsigned int, 8> bitsOfCodes{

@@ -1,23 +1,12 @@
 #include "families/common/data_widths.h"
 #include "families/common/rule_shapes.h"
 #include "families/sxb/sxb_coding.h"
+#include "families/sxb/sxb_data_selects.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
-
-#include <string_view>
 
 namespace sable_lanecfg {
 
 namespace {
-
-constexpr code_table<std::string_view, 9> dataSelects{{{"128B130B", 0},
-                                                       {"8B10B", 1},
-                                                       {"RAW", 2},
-                                                       {"64B66B_SYNC", 3},
-                                                       {"64B67B", 3},
-                                                       {"64B66B_CAUI", 3},
-                                                       {"64B67B_CAUI", 3},
-                                                       {"64B66B_ASYNC", 5},
-                                                       {"64B66B_ASYNC_CAUI", 5}}};
 
 void internalWidth(rule_declaration& rule) {
     const auto width = rule.reads<unsigned int>("RX_INT_DATA_WIDTH");
@@ -34,7 +23,7 @@ void fabricAndBufferDataSelect(rule_declaration& rule) {
     const auto fabric = rule.writes("RX_PCS_CFG1.RX_FABRIC_DATA_SEL");
     const auto buffer = rule.writes("RX_PCS_CFG1.RX_FIFO_DATA_SEL");
     rule.body([=] {
-        const unsigned int code = codeOf(dataSelects, coding());
+        const unsigned int code = codeOf(receiveDataSelects, coding());
         fabric.set(code);
         buffer.set(code);
     });

@@ -1,24 +1,12 @@
 #include "families/common/data_widths.h"
 #include "families/common/rule_shapes.h"
 #include "families/sxb/sxb_coding.h"
+#include "families/sxb/sxb_data_selects.h"
 #include "families/sxb/sxb_tx_rule_groups.h"
-
-#include <string_view>
 
 namespace sable_lanecfg {
 
 namespace {
-
-constexpr code_table<std::string_view, 10> dataSelects{{{"128B130B", 0},
-                                                        {"8B10B", 1},
-                                                        {"RAW", 2},
-                                                        {"64B66B_ASYNC", 3},
-                                                        {"64B66B_ASYNC_CAUI", 3},
-                                                        {"64B66B_SYNC", 4},
-                                                        {"64B67B", 4},
-                                                        {"64B66B_CAUI", 4},
-                                                        {"64B67B_CAUI", 4},
-                                                        {"PRBS", 5}}};
 
 void firstReadAddress(rule_declaration& rule) {
     const auto width = rule.reads<unsigned int>("TX_INT_DATA_WIDTH");
@@ -45,7 +33,7 @@ void addTxCodingRules(logicRules& rules) {
         codeOfVariable<unsigned int>("TX_INT_DATA_WIDTH", internalWidthCodes);
     rules["TX_PCS_CFG0.TX_8B10B_EN"] = oneForWord("TX_DATA_ENCODING", "8B10B");
     rules["TX_PCS_CFG0.TX_PMA_DATA_SEL"] =
-        codeOfVariable<std::string>("TX_DATA_ENCODING", dataSelects);
+        codeOfVariable<std::string>("TX_DATA_ENCODING", transmitDataSelects);
     rules["TX_PCS_CFG0.FIFO_INIT_RD_ADDR"] = firstReadAddress;
     rules["TX_PCS_CFG0.USE_GB"] = gearbox(transmitSide, "TX_PCS_CFG0");
     rules["TX_PCS_CFG3.TX_PHASE_BUFFER_USE"] = phaseBufferUse;
