@@ -133,13 +133,13 @@ std::string ConfiguredInstance::reasonOfFailure() const {
     try {
         throw;
     } catch (const std::logic_error& error) {
-        const std::string fault = offsetFault(engine_->attributes, database_);
-        if (error.what() == std::string("stoul") && !fault.empty()) {
-            return fault;
-        }
+        const bool isOfOffset = error.what() == std::string("stoul");
+        const std::string fault =
+            isOfOffset ? offsetFault(engine_->attributes, database_) : std::string();
+        return fault.empty() ? currentExceptionText() : fault;
     } catch (...) {
+        return currentExceptionText();
     }
-    return currentExceptionText();
 }
 
 textMap ConfiguredInstance::attributes() {

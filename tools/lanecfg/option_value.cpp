@@ -31,7 +31,7 @@ std::string positiveNumberFault(const std::string& value) {
 }
 
 void takeWholeNumbers(CLI::Option& option) {
-    option.transform([](std::string value) {
+    option.transform([](const std::string& value) {
         unsigned number = 0;
         if (!isWholly(value, number)) {
             throw CLI::ValidationError(
