@@ -177,20 +177,20 @@ class ParameterDoubtCommand : public CommandLine {
         return "WARNING: Request " + directory.file("request.json") + ": " + place + text +
                endOfDoubt + "\n";
     }
-
-    const std::string negativeRate_ =
-        ": the parameter \"TX_LINE_RATE\" must be a number above 0, and is -10.3125";
 };
 
 TEST_F(ParameterDoubtCommand, IsAWarningBesideTheAnswer) {
     json request = bundledRequest("sxb_10gbase_r");
-    request["userParams"][0][2][0]["TX_LINE_RATE"] = -10.3125;
+    request["userParams"][0][2][0]["TX_USER_DATA_WIDTH"] = 7;
+    const std::string text =
+        ": the parameter \"TX_USER_DATA_WIDTH\" must be one of 16, 20, 32, 40, 64, 80, 128, 160, "
+        "and is 7";
     for (const char* const word :
          {"attributes", "outclk", "snapshot", "log", "memory", "rate-table"}) {
         const ProgramResult result = runOn(request, word, {"--format", "json"});
         EXPECT_EQ(result.exitCode, 0) << word;
         EXPECT_TRUE(json::accept(result.output)) << word;
-        EXPECT_EQ(result.errors, warning("lane 2 TX, rate 0", negativeRate_)) << word;
+        EXPECT_EQ(result.errors, warning("lane 2 TX, rate 0", text)) << word;
     }
 }
 
@@ -208,7 +208,10 @@ TEST_F(ParameterDoubtCommand, NamesTheLaneOfTheDictionaryForm) {
     request["userParams"]["TX_SETTINGS"]["CH1"]["LR0_SETTINGS"]["TX_LINE_RATE"] = "-10.3125";
     const ProgramResult result = runOn(request, "attributes");
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.errors, HasSubstr(warning("lane 1 TX, rate 0", negativeRate_)));
+    EXPECT_THAT(result.errors,
+                HasSubstr(warning(
+                    "lane 1 TX, rate 0",
+                    ": the parameter \"TX_LINE_RATE\" must be a number above 0, and is -10.3125")));
 }
 
 TEST_F(ParameterDoubtCommand, StandsBeforeTheFailureThatComesOfIt) {
