@@ -1,7 +1,7 @@
 """Widths of the SXD4 family's fields that rules compute, and of constants with room to grow.
 
 Register by register; a field is as wide as the largest value that its rule gives, or that its
-parameter may have. Fields whose rule is not delivered have the room that their name calls for.
+parameter may have. Fields whose rule is not known have the room that their name calls for.
 """
 
 # An error correction mode by its number.

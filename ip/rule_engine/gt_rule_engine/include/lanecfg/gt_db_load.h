@@ -24,7 +24,7 @@ struct attributeInfo {
     std::string Offset;  ///< register offset, hexadecimal text
 };
 
-/// Usage of one lane group. Position i of `txrate` names the rate group of lane `tx[i]`, likewise
+/// Usage of one lane group. Position i of `txrate` names the rate pin of lane `tx[i]`, likewise
 /// for the receive side.
 struct channelUsageInfo {
     std::string group;

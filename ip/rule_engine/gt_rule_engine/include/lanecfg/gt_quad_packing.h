@@ -13,7 +13,7 @@
 
 namespace sable_lanecfg {
 
-/// Something for each dual ("DUAL_0", "DUAL_1"), rate group and PLL ("LCPLL", "RPLL").
+/// Something for each dual ("DUAL_0", "DUAL_1"), packing group and PLL ("LCPLL", "RPLL").
 template <class Content>
 using packingTable = std::map<std::string, std::map<std::string, std::map<std::string, Content>>>;
 
@@ -26,7 +26,7 @@ using packingField = boost::variant<boost::blank, packingNumbers, std::string, p
 
 /// Candidate records of one PLL by 2 * lane, plus 1 for receive. A record has the fields
 ///   "rate_pin"       text: name of the rate pin of the lane and direction
-///   "rates"          numbers: VCO frequencies (GHz) that would serve each slot
+///   "rates"          numbers: PLL clocks (GHz) that would serve each slot
 ///   "refclks"        numbers: actual reference clock (MHz), once for each use of the slot
 ///   "refclkSources"  texts: source of the reference clock, once for each use of the slot
 /// A slot that the record does not use has empty lists.
@@ -114,14 +114,14 @@ class LANECFG_EXPORT gt_quad_packing {
     packingTable<packingRecords> intermediateData;
     /// What is left of them. Each row has an entry for each rate slot, or a single one when the
     /// lanes of the PLL change rate independently:
-    ///   "pllClkFreqs"         common VCO frequencies (GHz); the other rows have as many numbers
+    ///   "pllClkFreqs"         common PLL clocks (GHz); the other rows have as many numbers
     ///   "pllShared"           1.0 for a single entry, else 0.0
     ///   "refclks"             actual reference clock (MHz)
     ///   "refclkIDs"           its index in `refclkFrequencies`, 0 when it is not there
     ///   "refclk_valid"        1.0 when the reference clocks of all uses agree, else 0.0
     ///   "refclkSourcesValid"  1.0 when their sources agree, else 0.0
     packingTable<std::map<std::string, packingNumbers>> intersectedCoordinates;
-    /// The row "refclkSources" beside them: the source, as often as there are common frequencies.
+    /// The row "refclkSources" beside them: the source, as often as there are common clocks.
     packingTable<std::map<std::string, packingTexts>> refclkSourceIntersectedCoordinates;
     /// By rate pin, PLL with the digit of its dual ("LCPLL0") and source ("R0" to "R5"):
     ///   "Frequency"   distinct actual reference clocks (MHz), double

@@ -19,7 +19,7 @@ namespace sable_lanecfg {
 
 class seriesCache;
 
-/// Results of the packing, by dual, rate group, PLL and result name; a row for each rate slot.
+/// Results of the packing, by dual, packing group, PLL and result name; a row for each rate slot.
 template <class T>
 using packingResultMap =
     std::map<std::string,
@@ -41,8 +41,8 @@ struct RateTableChannel {
     int rxMaster = 0;     ///< lowest channel with the same `rxNet`
     int numTxRates = 0;   ///< distinct transmit rates in the channel's snapshots
     int numRxRates = 0;   ///< distinct receive rates, 0 for a duplex channel
-    std::string txNet;    ///< rate group of the transmit side, empty if none
-    std::string rxNet;    ///< rate group of the receive side, empty if none
+    std::string txNet;    ///< rate pin of the transmit side, empty if none
+    std::string rxNet;    ///< rate pin of the receive side, empty if none
     bool duplex = false;  ///< one table serves both directions
     std::vector<RateTableAttribute> txAttributes;  ///< critical ones, of both directions if duplex
     std::vector<RateTableAttribute> rxAttributes;  ///< empty if duplex
@@ -128,7 +128,7 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
 
     /// Steps of a generation, in calling order.
     ///
-    /// Reads rate groups, masters and numbers of rates.
+    /// Reads rate pins, masters and numbers of rates.
     void parseHeaderInfo_New(RateTableChannel* channels);
     /// Finds the critical attributes of every channel.
     void parseRateTableData_New(RateTableChannel* channels);

@@ -29,8 +29,8 @@ class LANECFG_EXPORT lane_cfg_elf_updator {
     std::string getObjCopyProgramPath(const std::string& tool) const;
     /// Runs the script in `launchDir` with the path of the object-copy tool, `elfFile`,
     /// `workDirBase`, `rateTableFile` and `instanceName`, its output going to `logFile`. True only
-    /// when it ran and gave 0; without a tool, or a script that can be made executable, nothing
-    /// is run.
+    /// when it ran and gave 0. Nothing is run when there is no tool, no script, or one that can't
+    /// be made executable.
     bool createAndLaunchProcess(std::string& launchDir, std::string& logFile);
     /// Runs the script in the work directory with the log file `elfUpdator.log` there. True when
     /// the script gave 0, false on any failure and for an empty work directory.

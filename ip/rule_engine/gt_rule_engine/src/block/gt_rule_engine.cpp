@@ -17,7 +17,7 @@ namespace {
 
 using boost::algorithm::starts_with;
 
-/// Name of the rate group at the lane's first position, empty where there is none.
+/// Name of the rate pin at the lane's first position, empty where there is none.
 std::string rateNameOf(int lane, const std::vector<int>& lanes,
                        const std::vector<std::string>& rateNames) {
     const auto position =

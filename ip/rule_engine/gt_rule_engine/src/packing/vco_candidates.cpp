@@ -67,8 +67,10 @@ std::vector<double> rpllCandidates(double lineRate, const clockRange& range) {
     return candidates;
 }
 
-/// A coding that takes half of the user width off the line: the VCO runs at half the frequency.
-bool isHalvedCoding(const std::string& encoding, unsigned intDataWidth, unsigned userDataWidth) {
+/// With two internal words to a user word of this coding the PLL clock itself, not the VCO, has to
+/// be within the limits: a clock that the LCPLL would put out at half of its VCO is no candidate.
+bool holdsClockToLimits(const std::string& encoding, unsigned intDataWidth,
+                        unsigned userDataWidth) {
     if (intDataWidth == 0) {
         throw std::domain_error("the internal data width of an LCPLL rate is 0");
     }
@@ -80,10 +82,11 @@ class lcpllWalk {
   public:
     lcpllWalk(double lineRate, const clockRange& range) : lineRate_(lineRate), range_(range) {}
 
-    /// The PLL clock is half of the VCO's, which is what the limits are about.
-    void addFromWholeRate(double divider, bool isHalved) {
-        const double clock = divider * lineRate_;
-        addIfInRange(isHalved ? clock * 0.5 : clock, clock * 0.5);
+    /// The PLL clock is half of the VCO's, which is what the limits are about unless they hold the
+    /// clock itself.
+    void addFromWholeRate(double divider, bool isClockLimited) {
+        const double vco = divider * lineRate_;
+        addIfInRange(isClockLimited ? vco * 0.5 : vco, vco * 0.5);
     }
 
     /// The PLL clock is the VCO's.
@@ -120,12 +123,12 @@ std::vector<double> gt_quad_packing::VCO_FrequencyCalculation(
     const std::vector<double> dividers =
         isPair ? std::vector<double>{pairDivider}
                : std::vector<double>(lineDividers.begin(), lineDividers.end());
-    const bool isHalved = isHalvedCoding(encoding, intDataWidth, userDataWidth);
+    const bool isClockLimited = holdsClockToLimits(encoding, intDataWidth, userDataWidth);
     const bool isLowRate = lineRate <= halvingThreshold;
     lcpllWalk walk(lineRate, vcoRange(deviceLimits, lcpllWord));
     for (const double divider : dividers) {
         if (isLowRate && !isPair) {
-            walk.addFromWholeRate(divider, isHalved);
+            walk.addFromWholeRate(divider, isClockLimited);
         } else {
             walk.addFromHalfRate(divider);
         }

@@ -18,7 +18,7 @@ namespace {
 
 using parameterMap = std::map<std::string, ruleValue>;
 
-/// What the packing has of a PLL in the first rate group of a dual that has it, by result name;
+/// What the packing has of a PLL in the first packing group of a dual that has it, by result name;
 /// null where no group has it.
 template <class T>
 const std::map<std::string, std::vector<std::vector<T>>>* resultsOf(

@@ -313,7 +313,7 @@ const register_catalogue& sxaCatalogue() {
           constant("TX_ADV_ON_RX_BUFBYP", 0), constant("PRESCALE_DIV", 7),
           constant("RX_ADV_ON_TX_BUFBYP", 0), constant("CFOK_PWR_SAVE", 0),
           constant("ILORESET_ON_PLLLOCK", 0)}},
-        // Coding layers, eye scan.
+        // PCS, eye scan.
         {"TX_PCS_CFG0",
          {constant("TX_INT_DATA_WIDTH", 0), constant("USB_LFPS_TPERIOD", 0),
           constant("TX_PMA_DATA_SEL", 0), constant("GEN3_16BIT_EN", 78),

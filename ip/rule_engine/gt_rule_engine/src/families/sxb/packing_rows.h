@@ -6,8 +6,8 @@
 
 namespace sable_lanecfg {
 
-// Looking into the tables that the packing leaves: by dual, rate group, PLL and result name, rows
-// of values.
+// Looking into the tables that the packing leaves: by dual, packing group, PLL and result name,
+// rows of values.
 
 /// An element by its key, null where there is none.
 template <class Content>

@@ -15,7 +15,7 @@ constexpr unsigned int lowBand = 0;
 constexpr unsigned int middleBand = 2;
 constexpr unsigned int highBand = 3;
 
-/// Above this clock (GHz) the lane's oscillator needs its boost.
+/// Above this clock (GHz) the lane's ILO needs its boost.
 constexpr double highestPlainOscillatorClock = 14.105;
 
 void halfRateDistribution(rule_declaration& rule) {
@@ -45,7 +45,7 @@ ruleDeclarer interpolatorBand(const laneSide& side) {
     };
 }
 
-/// The lane's oscillator follows the PLL of the receiver unless only the transmitter is in use.
+/// The lane's ILO follows the PLL of the receiver unless only the transmitter is in use.
 void oscillatorSource(rule_declaration& rule) {
     const auto transmitInUse = rule.reads<bool>("TX_IN_USE");
     const auto receiveInUse = rule.reads<bool>("RX_IN_USE");

@@ -9,7 +9,7 @@
 
 namespace sable_lanecfg {
 
-// Widths and gearbox of the coding layer, alike in both directions.
+// Widths and gearbox of the PCS, alike in both directions.
 
 /// Bytes (of 8 or 10 bits) of an internal data width in bits.
 inline constexpr code_table<unsigned int, 6> internalWidthBytes{

@@ -22,7 +22,7 @@ constexpr code_table<double, 11> programmableDividerCodes{{{16.0, 64},
                                                            {16.5, 792},
                                                            {5.5, 920}}};
 
-/// The local oscillator counts against a fixed divider; the lane's own only orders the rules.
+/// The ILO counts against a fixed divider; the lane's own only orders the rules.
 void oscillatorFeedback(rule_declaration& rule) {
     constexpr unsigned int feedback = 31;
     rule.alsoDeclares("INT_RX_OUTDIV");

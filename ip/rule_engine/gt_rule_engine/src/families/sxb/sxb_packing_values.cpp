@@ -86,7 +86,7 @@ quadSummary summaryOf(const gt_rule_engine& engine) {
     return summary;
 }
 
-/// What the packing left of one PLL in a dual and rate group; it looks at the tables of the
+/// What the packing left of one PLL in a dual and packing group; it looks at the tables of the
 /// packing, which have to outlive it.
 class pll_outcome {
   public:
@@ -137,7 +137,7 @@ class pll_outcome {
     const packingTexts* sources_;
 };
 
-/// What a table of the packing has by PLL for a dual and rate group, null where there is none.
+/// What a table of the packing has by PLL for a dual and packing group, null where there is none.
 template <class Content>
 const std::map<std::string, Content>* pllsOf(const packingTable<Content>& table,
                                              const std::string& dual, const std::string& group) {

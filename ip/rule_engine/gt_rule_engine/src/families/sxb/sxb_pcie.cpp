@@ -13,7 +13,7 @@ constexpr double pipeClock = 250.0;
 constexpr double widePipeClock = 500.0;
 /// Internal width with which the third generation runs at the faster pipe clock.
 constexpr unsigned int thirdGenerationNarrowWidth = 16;
-/// PCIe generation from which the controller calibrates PLL and oscillator.
+/// PCIe generation from which the controller calibrates PLL and ILO.
 constexpr unsigned int firstCalibratedRate = 2;
 
 // Programmable clocks (MHz) whose pipe clock must not be divided while overridden.

@@ -446,7 +446,7 @@ const register_catalogue& sxbRxCatalogue() {
           constant("qpi_en", 0), constant("prog_opamppd_en", 0), constant("cm_buff_cfg", 5),
           constant("rterm_vcom_lvl", 10), constant("oob_pwrdn_b", 1), constant("mntr_acjtag_en", 0),
           constant("acjtag_vc_sel0", 0)}},
-        // Words of the coding layer.
+        // Words of the PCS.
         word("RX_PCS_CFG0"),
         word("RX_PCS_CFG1"),
         word("RX_PCS_CFG2"),

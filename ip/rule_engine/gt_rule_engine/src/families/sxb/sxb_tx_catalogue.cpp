@@ -55,7 +55,7 @@ const register_catalogue& sxbTxCatalogue() {
           constant("TX_VCTRLN_ADJ_EN", 0), constant("TX_ZCTRLN_OVR_EN", 0),
           constant("TX_REGP_VSWING_SEL_OVR", 0), constant("TX_ZRES_RATIO_SEL", 0),
           constant("TX_ZCTRLP_OVR_EN", 0), constant("TX_ZCTRLP_OVR_SEL", 0)}},
-        // Coding layer.
+        // PCS.
         fieldsOnly("TX_PCS_CFG0",
                    {constant("TX_8B10B_BYPASS", 0), logic("FIFO_INIT_RD_ADDR"),
                     constant("SAMPLE_PERIOD", 0), logic("USE_GB"),

@@ -25,7 +25,7 @@ constexpr fieldOfRegister replacedPllFields[] = {
     // Directions keep their power whether they are in use or not.
     {"FABRIC_INTF_CFG1", constant("A_RXPD", 0)},
     {"FABRIC_INTF_CFG3", constant("A_TXPD", 0)},
-    // The oscillator of a lane is reset as its transmitter needs it.
+    // The ILO of a lane is reset as its transmitter needs it.
     {"MST_RESET_CFG", logic("CH0_ILO_RESET_EN")},
     {"MST_RESET_CFG", logic("CH1_ILO_RESET_EN")},
     {"MST_RESET_CFG", logic("CH2_ILO_RESET_EN")},
@@ -42,7 +42,7 @@ constexpr fieldOfRegister addedPllFields[] = {
     {"CHL_RSV_CFG0", constant("RATE_TX_SIMPLEX_WAIT_MST_RST_EN", 1)},
     {"CHL_RSV_CFG0", constant("RATE_RX_SIMPLEX_WAIT_MST_RST_EN", 1)},
     {"CHL_RSV_CFG0", constant("RX128B130B_RESET_ON_CDRSLIP_DIS", 0)},
-    // Receivers have an oscillator reset of their own.
+    // Receivers have an ILO reset of their own.
     {"CTRL_RSV_CFG0", constant("CH0_RX_ILO_RESET_EN", 1)},
     {"CTRL_RSV_CFG0", constant("CH1_RX_ILO_RESET_EN", 1)},
     {"CTRL_RSV_CFG0", constant("CH2_RX_ILO_RESET_EN", 1)},

@@ -12,7 +12,7 @@ namespace sable_lanecfg {
 
 namespace {
 
-/// A transmitter whose interpolator is passed by needs no oscillator.
+/// A transmitter whose interpolator is passed by needs no ILO.
 ruleDeclarer oscillatorReset(unsigned int lane) {
     return [lane](rule_declaration& rule) {
         const auto laneNumber = rule.reads<unsigned int>("LaneNum");

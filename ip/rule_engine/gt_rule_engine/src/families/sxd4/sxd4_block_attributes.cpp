@@ -72,8 +72,8 @@ void enterModes(gt_rule_engine& engine, const blockCorrections& corrections) {
 }
 
 /// The transmit bypass of channel 0 goes into the field of channel 1, over that one's own, and the
-/// field of channel 0 keeps what the last pass left there: delivered hosts count on the words that
-/// come of it.
+/// field of channel 0 keeps what the last pass left there: hosts count on the words that come of
+/// it.
 void enterBypasses(gt_rule_engine& engine, const blockCorrections& corrections) {
     engine.setVal(bypassField("RX", 1), corrections[1].receiveBypass);
     engine.setVal(bypassField("RX", 0), corrections[0].receiveBypass);

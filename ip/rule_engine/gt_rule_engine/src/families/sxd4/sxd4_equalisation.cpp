@@ -9,9 +9,9 @@ namespace sable_lanecfg {
 
 namespace {
 
-// Stand-in for the tables of the analogue receiver, which are not delivered: how much a line asks
-// of the equaliser is one number, and each field rises with it. To put the real tables in, replace
-// the limits and the rows.
+// Stand-in for the hardware's tables, which are not known: how much a line asks of the equaliser is
+// one number, and each field rises with it. To put the real tables in, replace the limits and the
+// rows.
 
 /// Insertion losses (dB) from which on the equaliser has to do one step more.
 constexpr std::array<float, 4> lossSteps{10.0F, 15.0F, 20.0F, 25.0F};

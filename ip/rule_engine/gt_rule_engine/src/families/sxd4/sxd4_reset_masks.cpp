@@ -7,13 +7,14 @@ namespace sable_lanecfg {
 
 namespace {
 
-/// What a reset of the receiver reaches: bit 0 is the layer itself, bit 1 what else belongs to it.
+/// What a reset of the receiver's PCS and PMA reaches: bit 0 is itself, bit 1 what else belongs to
+/// it.
 struct receiveMasks {
     unsigned int codingLayer;
     unsigned int analogueLayer;
 };
 
-/// Stand-in for the masks of the hardware, which are not delivered. Rows are without and with error
+/// Stand-in for the masks of the hardware, which are not known. Rows are without and with error
 /// correction, columns without and with a reset sequence of the signal processor's own; more of
 /// either never clears a bit.
 constexpr std::array<std::array<receiveMasks, 2>, 2> receiveMasksOfUse{

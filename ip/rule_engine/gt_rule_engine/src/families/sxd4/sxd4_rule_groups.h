@@ -23,7 +23,7 @@ void addSxd4ResetMaskRules(logicRules& rules);
 void addSxd4LineCodingRules(logicRules& rules, const laneSide& side);
 void addSxd4EqualisationRules(logicRules& rules);
 
-/// The rules of all fields of the catalogue whose rule is not delivered, see
+/// The rules of all fields of the catalogue whose own rule is not known, see
 /// `undeliveredFields`.
 void addUndeliveredFieldRules(logicRules& rules, const register_catalogue& catalogue);
 

@@ -246,7 +246,7 @@ const register_catalogue& sxd4RxCatalogue() {
           constant("PMULFACDYNTARGET", 0), constant("PMULFACDYNSEL", 0)}},
         {"RX_CDR_CFG4A", {constant("FORCEFOS", 0), constant("FOSVAL", 0), constant("FOSCNT", 3)}},
         {"RX_CDR_CFG4B", {constant("FACCUM_SAT_MAG", 33554)}},
-        // Clock generator, equaliser, signal processor, pads and coding layer.
+        // Clock generator, equaliser, signal processor, pads and PCS.
         {"RX_CLKGN_CFG0",
          {constant("CLKGN_DRP_PI_DAC_IBIAS_DCDC", 0), logic("CLKGN_DRP_PI_CURRENT_BOOST"),
           constant("CLKGN_DRP_PI_DAC_IBIAS_LA1", 0), logic("CLKGN_CLK_RATE_SEL"),

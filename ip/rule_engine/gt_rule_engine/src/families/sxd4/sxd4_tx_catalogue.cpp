@@ -36,7 +36,7 @@ const register_catalogue& sxd4TxCatalogue() {
           constant("ZRES_RATIO_OVR_EN", 0), constant("TX_SAPSEL", 0),
           constant("ZCTRLN_OVER_SEL", 0), constant("ZCTRLP_OVER_SEL", 0),
           constant("ZRES_RATIO_SEL", 0)}},
-        // Calibration, driver, loopback and coding layer.
+        // Calibration, driver, loopback and PCS.
         {"TX_CAL_CFG0",
          {constant("TXDCC_ACC_MULT", 0), constant("TXDCC_ACC_FILTER_SIZE", 0),
           constant("TXDCC_DAC_SIZE", 0), constant("TXDCC_TESTDATA", 0),

@@ -12,8 +12,8 @@ struct undeliveredField {
     unsigned int value;
 };
 
-/// The fields that hardware computes in a way that is not delivered: neither what they depend on
-/// nor their values are known, and each holds 0. To fill one in, change its value here or take its
+/// The fields that hardware computes in a way that is not known: neither what they depend on nor
+/// their values are, and each holds 0. To fill one in, change its value here or take its
 /// row out and add a rule of that name to the group where it belongs.
 const std::vector<undeliveredField>& undeliveredFields();
 
