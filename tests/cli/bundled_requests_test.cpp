@@ -138,6 +138,40 @@ TEST_F(PagesOfRequests, HaveCommandsThatRunAsPasted) {
     EXPECT_GE(pasted, allRequests().size());
 }
 
+class OtherPages : public PagesOfRequests {
+  protected:
+    static std::string textOf(const std::string& page) {
+        return readFile(dataFolder().parent_path() / "docs" / page);
+    }
+};
+
+TEST_F(OtherPages, HaveExamplesOfTheCommandLineThatRunAsPasted) {
+    // An indented line, and the one behind it where it goes on; what a pipe leads to is left out.
+    const std::regex command("\n    (lanecfg [^|\n\\\\]*(\\\\\n[^|\n]*)?)");
+    const std::string text = textOf("cli.md");
+    std::size_t pasted = 0;
+    for (std::sregex_iterator found(text.begin(), text.end(), command), end; found != end;
+         ++found) {
+        ++pasted;
+        const ProgramResult result = paste(found->str(1));
+        EXPECT_EQ(result.exitCode, 0) << found->str(1) << ": " << result.errors;
+        EXPECT_NE(result.output, "") << found->str(1);
+    }
+    EXPECT_GT(pasted, 0U);
+}
+
+TEST_F(OtherPages, HaveAWholeRequestAsTheExampleOfItsForm) {
+    const std::string text = textOf("formats.md");
+    std::smatch example;
+    ASSERT_TRUE(std::regex_search(text, example, std::regex("```json\n([^`]*)```")));
+    const auto request = nlohmann::json::parse(example.str(1));
+    for (const char* const subcommand : {"pack", "attributes", "outclk", "rate-table"}) {
+        const ProgramResult result = runOn(request, subcommand);
+        EXPECT_EQ(result.exitCode, 0) << subcommand;
+        EXPECT_EQ(result.errors, "") << subcommand;
+    }
+}
+
 TEST_F(PagesOfRequests, AreAllInTheIndex) {
     const std::string index = readFile(requestPagePath("README"));
     for (const std::string& request : allRequests()) {

@@ -204,11 +204,15 @@ void addComparisons(CLI::App& command, AttributesOptions& options) {
 void addAttributesCommand(CLI::App& program, Work& chosen) {
     addSubcommand<AttributesOptions>(
         program, chosen, "attributes",
-        "Register words of a request, each channel's for its first rates, or what differs between "
-        "two requests or rates",
-        "lanecfg attributes data/requests/sxa_basic.json --format json -o attributes.json\n"
+        "Register words of a request at the first rates: of each channel (CH0_...), of its PLLs "
+        "(HSCLK0_...) and of the quad (without a prefix); or what differs between two requests or "
+        "rates. A channel's or PLL's register that stands without a prefix too holds there what "
+        "the last pass left",
+        "lanecfg attributes data/requests/sxb_10gbase_r.json --format csv | grep -E "
+        "'^(CH0|HSCLK0|A_CFG.)'\n"
         "  lanecfg attributes data/requests/sxb_pcie_gen4_x4.json --rates 1_1 2_2\n"
-        "  lanecfg attributes --diff request.json request.json --rules SXB SXB:stable",
+        "  lanecfg attributes --diff data/requests/sxb_10gbase_r.json "
+        "data/requests/sxc_10gbase_r.json",
         [](CLI::App& command, AttributesOptions& options) {
             addRequestOptions(command, options.request);
             addComparisons(command, options);

@@ -155,7 +155,9 @@ void addUpdateElfCommand(CLI::App& program, Work& chosen) {
     addSubcommand<UpdateElfOptions>(
         program, chosen, "update-elf",
         "Puts the rate table of a request into a firmware ELF by the script of a work directory",
-        "lanecfg update-elf data/requests/sxa_basic.json --elf firmware.elf --work-dir quad",
+        "lanecfg update-elf data/requests/sxa_basic.json --elf /tmp/quad/firmware.elf "
+        "--work-dir /tmp/quad\n"
+        "docs/firmware.md tells how to make both to try it",
         [](CLI::App& command, UpdateElfOptions& options) {
             addRequestOptions(command, options.request);
             command.add_option("--elf", options.elfFile, "Firmware to put the rate table into")
