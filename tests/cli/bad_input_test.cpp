@@ -267,6 +267,17 @@ TEST_F(CommandLine, WarnsOfLaneKeysThatNameNoLaneAndAnswers) {
                           ": The key \"userParams.TX_SETTINGS.main\" names no lane"));
 }
 
+TEST_F(CommandLine, WarnsOfLanesOfTheDictionaryFormThatAreNoNumbersAndAnswers) {
+    nlohmann::json request = bundledRequest("sxa_dictionary");
+    request["laneUsage"]["lanes"]["tx"] = "first,second";
+    const ProgramResult result = runOn(request, "attributes");
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.errors,
+                HasSubstr("WARNING: Request " + directory.file("request.json") +
+                          ": The key \"laneUsage.lanes.tx\" must be whole numbers with commas "
+                          "between, and is \"first,second\"."));
+}
+
 TEST_F(CommandLine, WarnsOfTextsOfTheDictionaryFormThatDoNotConvertAndAnswers) {
     nlohmann::json request = bundledRequest("sxa_dictionary");
     request["userParams"]["TX_SETTINGS"]["CH0"]["LR0_SETTINGS"]["TX_REFCLK_FREQUENCY"] = "fast";

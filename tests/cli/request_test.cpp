@@ -187,6 +187,24 @@ TEST(RequestDoubts, TellOfTheFirstMissingRate) {
                                           "rates, but no \"LR1_SETTINGS\".")));
 }
 
+TEST(RequestDoubts, AreNoneAboutListsOfNumbers) {
+    const sable_lanecfg::laneUsageMap laneUsage = {
+        {"A", {{"group", "A"}, {"tx", "0, 1"}, {"rates", "0"}, {"txrate", "a,b"}, {"rxrate", ""}}}};
+    EXPECT_THAT(doubtsOf(laneUsage), testing::IsEmpty());
+}
+
+TEST(RequestDoubts, TellOfListsThatHoldSomethingElseThanNumbers) {
+    const sable_lanecfg::laneUsageMap laneUsage = {{"A", {{"tx", "0,one"}, {"rx", ""}}},
+                                                   {"B", {{"rates", "0,-1"}, {"rx", "0,"}}}};
+    const std::string wanted = "\" must be whole numbers with commas between, and is ";
+    EXPECT_THAT(doubtsOf(laneUsage),
+                testing::ElementsAre(
+                    testing::StartsWith("The key \"laneUsage.A.tx" + wanted + "\"0,one\"."),
+                    testing::StartsWith("The key \"laneUsage.A.rx" + wanted + "\"\"."),
+                    testing::StartsWith("The key \"laneUsage.B.rx" + wanted + "\"0,\"."),
+                    testing::StartsWith("The key \"laneUsage.B.rates" + wanted + "\"0,-1\".")));
+}
+
 TEST(RequestDoubts, AreOneForEachLaneAndKind) {
     sable_lanecfg::userParamMap userParams;
     userParams["RX_SETTINGS"]["a"]["LR1_SETTINGS"];

@@ -70,6 +70,7 @@ void tellOfDoubts(const Request& request, const Database& database, Console& con
         requireObject(file);
     }
     tellOfMisreadValue(request, database, console);
+    warnOf(doubtsOf(request.dictionaries.laneUsage), request, console);
     warnOf(doubtsOf(request.dictionaries.userParams), request, console);
     warnOfMissingPart(request, console);
     warnOf(doubtsOfValues(request, database), request, console);

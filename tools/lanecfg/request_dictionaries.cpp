@@ -1,7 +1,13 @@
 #include "request_dictionaries.h"
 
 #include "errors.h"
+#include "json_shape.h"
+#include "parameter_checks.h"
 
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/split.hpp>
+
+#include <algorithm>
 #include <cstddef>
 #include <map>
 
@@ -64,6 +70,13 @@ bool namesLane(const std::string& key) {
     return key.find_first_of("0123") != std::string::npos;
 }
 
+bool isListOfNumbers(const std::string& text) {
+    std::vector<std::string> tokens;
+    boost::algorithm::split(tokens, text, boost::is_any_of(","));
+    return std::all_of(tokens.begin(), tokens.end(),
+                       [](const std::string& token) { return isParameterValue("int", token); });
+}
+
 /// The first of the numbered rate keys that is not there, empty when there are all.
 std::string firstMissingRate(const std::map<std::string, textMap>& rates) {
     for (std::size_t rate = 0; rate < rates.size(); ++rate) {
@@ -109,6 +122,23 @@ std::vector<std::string> doubtsOf(const userParamMap& userParams) {
                                  "\". Rates are numbered from LR0_SETTINGS on without gaps; the "
                                  "missing one runs without parameters, and those beyond the count "
                                  "are not read.");
+            }
+        }
+    }
+    return doubts;
+}
+
+std::vector<std::string> doubtsOf(const laneUsageMap& laneUsage) {
+    std::vector<std::string> doubts;
+    for (const auto& [group, members] : laneUsage) {
+        for (const char* const name : {"tx", "rx", "rates"}) {
+            const auto list = members.find(name);
+            if (list != members.end() && !isListOfNumbers(list->second)) {
+                doubts.push_back("The key \"laneUsage." + group + "." + name +
+                                 "\" must be whole numbers with commas between, and is " +
+                                 shownValue(list->second) +
+                                 ". What can't be read of a number counts as 0, an empty text too; "
+                                 "where there is none, leave the key out.");
             }
         }
     }

@@ -18,4 +18,7 @@ RequestDictionaries readDictionaries(const std::string& file, const nlohmann::js
 /// have gaps. A sentence or two for each, with the key.
 std::vector<std::string> doubtsOf(const userParamMap& userParams);
 
+/// The same for lists of lanes and rates that hold something else than numbers, or nothing.
+std::vector<std::string> doubtsOf(const laneUsageMap& laneUsage);
+
 }  // namespace sable_lanecfg::tool
