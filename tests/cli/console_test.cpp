@@ -186,5 +186,17 @@ TEST_F(OnATerminal, ProgressIsShownAndTakenAway) {
     EXPECT_THAT(errors, testing::EndsWith("\r\x1b[K"));
 }
 
+TEST_F(OnATerminal, ProgressStaysOnOneLine) {
+    for (const std::string& description :
+         {std::string("two\nlines"), std::string(200, 'x'), std::string(100, 'x') + "\u00e4"}) {
+        nlohmann::json request = bundledRequest("sxa_basic");
+        request["description"] = description;
+        const std::string errors = errorsOf(directory.write("request.json", request.dump()));
+        EXPECT_THAT(errors, HasSubstr("Running the live rules of SXA on "));
+        EXPECT_THAT(errors, testing::Not(HasSubstr("\n")));
+        EXPECT_THAT(errors, testing::Not(HasSubstr(std::string(80, 'x'))));
+    }
+}
+
 }  // namespace
 }  // namespace lanecfg_test

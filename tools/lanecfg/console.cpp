@@ -45,6 +45,18 @@ bool continuesCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
+/// The most of a line of progress: a second line on the terminal would stay.
+constexpr std::size_t longestProgress = 76;
+
+/// The beginning of a text, as far as it fits on a line.
+std::string beginningOf(const std::string& text) {
+    std::size_t length = std::min({text.size(), text.find('\n'), longestProgress});
+    while (length > 0 && length < text.size() && continuesCharacter(text[length])) {
+        --length;
+    }
+    return text.substr(0, length);
+}
+
 /// Leaves out the middle of a text that is too long, between whole characters.
 std::string shortened(const std::string& text) {
     if (text.size() <= longestStart + longestEnd) {
@@ -136,7 +148,7 @@ void Console::progress(const std::string& what) {
     if (!isTerminal_) {
         return;
     }
-    std::cerr << eraseLine << shownText(what) << " ..." << std::flush;
+    std::cerr << eraseLine << shownText(beginningOf(what)) << " ..." << std::flush;
     showsProgress_ = true;
 }
 

@@ -25,7 +25,8 @@ class Console {
     /// Number of messages of severity "error" so far.
     int errorCount() const { return errorCount_; }
 
-    /// Says what is being done now, in place of what was said before.
+    /// Says what is being done now, in place of what was said before. What is no line, or too long
+    /// for one, is cut.
     void progress(const std::string& what);
     /// Takes the last progress away.
     void endProgress();
