@@ -106,7 +106,7 @@ class link_walk {
     channelPosition next(const std::string& master) {
         ++walked_;
         channelPosition position;
-        position.reset = walked_ == 1 ? "bottom" : walked_ == channels_ ? "top" : "middle";
+        position.reset = resetPlace();
         position.alignment = alignment(master);
         return position;
     }
@@ -115,6 +115,13 @@ class link_walk {
     bool isBehindMiddle() const { return walked_ == channels_ / 2 + 1; }
 
   private:
+    std::string resetPlace() const {
+        if (walked_ == 1) {
+            return "bottom";
+        }
+        return walked_ == channels_ ? "top" : "middle";
+    }
+
     std::string alignment(const std::string& master) {
         if (masterSeen_) {
             return "above";
