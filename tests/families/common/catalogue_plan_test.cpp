@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -10,7 +11,6 @@ namespace sable_lanecfg {
 namespace {
 
 using testing::ElementsAre;
-using ruleKind = catalogue_plan::ruleKind;
 
 /// A register in the order of its fields, one in two parts, a word, a step.
 register_catalogue smallCatalogue() {
@@ -100,6 +100,46 @@ TEST_F(CataloguePlan, AWordOfPartsHasTheFieldsOfAllItsEntries) {
 TEST_F(CataloguePlan, KnowsTheFieldsThatAnotherRuleWrites) {
     EXPECT_THAT(namesAt(plan.sharedFields()), ElementsAre("CLOCK_CFG.SOURCE"));
 }
+
+/// The text of the refusal, empty when the catalogue is taken.
+std::string refusalOf(const register_catalogue& catalogue) {
+    try {
+        const catalogue_plan plan(catalogue);
+    } catch (const std::logic_error& refusal) {
+        return refusal.what();
+    }
+    return {};
+}
+
+struct TwiceListed {
+    std::string name;
+    registerField field;
+};
+
+class FieldOfItsOwnRule : public testing::TestWithParam<TwiceListed> {};
+
+TEST_P(FieldOfItsOwnRule, IsRefusedAsSharedToo) {
+    EXPECT_EQ(refusalOf({fieldsOnly("LINK_CFG", {GetParam().field, shared("WIDTH", "search")})}),
+              "register catalogue: LINK_CFG.WIDTH is shared, so another rule writes it, but is "
+              "listed with a rule of its own too");
+}
+
+TEST_P(FieldOfItsOwnRule, IsRefusedAsSharedInAnotherPartOfTheRegisterToo) {
+    EXPECT_THAT(refusalOf({fieldsOnly("LINK_CFG", {shared("WIDTH", "search")}), step("search"),
+                           fieldsOnly("LINK_CFG", {GetParam().field})}),
+                testing::HasSubstr("LINK_CFG.WIDTH"));
+}
+
+TEST_P(FieldOfItsOwnRule, IsTakenBesideAnotherSharedOne) {
+    EXPECT_EQ(refusalOf({fieldsOnly("LINK_CFG", {GetParam().field, shared("DELAY", "search")})}),
+              "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, FieldOfItsOwnRule,
+                         testing::Values(TwiceListed{"Constant", constant("WIDTH", 1)},
+                                         TwiceListed{"Copy", copy("WIDTH", "PCIE_ENABLE")},
+                                         TwiceListed{"Logic", logic("WIDTH")}),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(EmptyCataloguePlan, HasNothing) {
     const catalogue_plan plan{register_catalogue()};

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <stdexcept>
 #include <unordered_map>
 
 namespace sable_lanecfg {
@@ -80,8 +81,25 @@ class catalogue_plan::builder {
 catalogue_plan::catalogue_plan(const register_catalogue& catalogue) {
     builder visitor(*this);
     visitRules(catalogue, visitor);
+    demandThatSharedFieldsHaveNoOwnRule();
     inKeyOrder_ = placesInKeyOrder(names_);
     logicRulesInKeyOrder_ = placesInKeyOrder(logicRuleNames_);
+}
+
+void catalogue_plan::demandThatSharedFieldsHaveNoOwnRule() const {
+    std::vector<bool> hasOwnRule(names_.size(), false);
+    for (const plannedRule& rule : rules_) {
+        if (rule.output != none) {
+            hasOwnRule[rule.output] = true;
+        }
+    }
+    for (const number field : sharedFields_) {
+        if (hasOwnRule[field]) {
+            throw std::logic_error("register catalogue: " + names_[field] +
+                                   " is shared, so another rule writes it, but is listed with a "
+                                   "rule of its own too");
+        }
+    }
 }
 
 }  // namespace sable_lanecfg

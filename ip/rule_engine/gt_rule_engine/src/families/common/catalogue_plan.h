@@ -2,6 +2,8 @@
 
 #include "families/common/register_catalogue.h"
 
+#include <lanecfg/family_rules.h>
+
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -15,21 +17,16 @@ class catalogue_plan {
     /// Places in lists of the plan.
     using number = std::size_t;
 
-    enum class ruleKind {
-        constant,  ///< writes `value`
-        copy,      ///< writes 1 or 0, as the flag `source` is set or not
-        logic,     ///< the rule beside the catalogue; `source` is its place in `logicRuleNames`
-        compose    ///< writes the word of a register; `source` is its place in `words`
-    };
-
     /// What a rule without a single output of its own has in its place.
     static constexpr number none = static_cast<number>(-1);
 
     struct plannedRule {
         ruleKind kind;
         number output;  ///< place in `names`; of a logic rule its own field, or `none`
+        /// The flag of a copy in `names`, the rule beside the catalogue in `logicRuleNames`, the
+        /// register of a word in `words`.
         number source = none;
-        unsigned int value = 0;
+        unsigned int value = 0;  ///< of a constant
     };
 
     /// The fields of a register as places in `names`.
@@ -38,6 +35,8 @@ class catalogue_plan {
         std::vector<number> inKeyOrder;  ///< in the order in which the database has them
     };
 
+    /// Throws std::logic_error, naming it, on a field that is listed as another rule's and has a
+    /// rule of its own.
     explicit catalogue_plan(const register_catalogue& catalogue);
 
     /// Names of all fields, flags and words.
@@ -56,6 +55,8 @@ class catalogue_plan {
 
   private:
     class builder;
+
+    void demandThatSharedFieldsHaveNoOwnRule() const;
 
     std::vector<std::string> names_;
     std::vector<number> inKeyOrder_;

@@ -93,16 +93,16 @@ class catalogue_registration {
         const std::vector<boost::optional<int>> writersBefore = writersOfSharedFields();
         for (const catalogue_plan::plannedRule& rule : plan_.rules()) {
             switch (rule.kind) {
-                case catalogue_plan::ruleKind::constant:
+                case ruleKind::constant:
                     enterConstant(*variables_[rule.output], rule.value);
                     break;
-                case catalogue_plan::ruleKind::copy:
+                case ruleKind::copy:
                     enterCopy(*variables_[rule.output], *variables_[rule.source]);
                     break;
-                case catalogue_plan::ruleKind::logic:
+                case ruleKind::logic:
                     enterLogic(rule, rules[rule.source]);
                     break;
-                case catalogue_plan::ruleKind::compose:
+                case ruleKind::compose:
                     enterWord(*variables_[rule.output], plan_.words()[rule.source]);
                     break;
             }
