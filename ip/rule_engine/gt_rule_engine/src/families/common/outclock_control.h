@@ -13,8 +13,7 @@ enum outclockControl : unsigned int {
     outclockOfReference = 3,
     outclockOfHalfReference = 4,
     outclockOfProgrammableDivider = 5,
-    outclockOfTestSignal = 6,
-    outclockOfTransmitter = outclockOfTestSignal  ///< in the report of a receiver
+    outclockOfTestSignal = 6
 };
 
 /// Control codes by the words of TX_OUTCLK_SOURCE and RX_OUTCLK_SOURCE.

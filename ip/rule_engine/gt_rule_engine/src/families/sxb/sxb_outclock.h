@@ -1,6 +1,7 @@
 #pragma once
 
 #include "families/common/lane_side.h"
+#include "families/common/outclock_control.h"
 #include "families/common/rule_declaration.h"
 
 #include <optional>
@@ -28,6 +29,9 @@ pllPair<unsigned int> readReferenceSelectors(rule_declaration& rule);
 /// "LCPLL" or "RPLL" and behind it the name of the selected reference clock, if the selector
 /// stands for one.
 std::string referenceSource(bool ofLcpll, const pllPair<unsigned int>& selectors);
+
+/// What a report gives where there is no clock (MHz).
+constexpr double frequencyOfNoClock = 1.0;
 
 /// Words a second, in MHz for a line rate in Gb/s; infinite for a word without bits.
 double wordFrequency(double lineRate, unsigned int bits);
@@ -63,8 +67,42 @@ enum class outclockContent {
     clock
 };
 
-/// The report of one direction; what goes out is worked out by a `Clock`, which declares the
-/// rule's inputs.
+/// The output clock (MHz). What a `Clock` gives for the test signal is its direction's own matter.
+template <class Clock>
+double outclockFrequency(const Clock& clock) {
+    switch (clock.control()) {
+        case outclockOfCodingLayer:
+        case outclockOfAnalogueLayer:
+            return wordFrequency(clock.lineRate(), clock.bits());
+        case outclockOfReference:
+            return clock.selectedReference();
+        case outclockOfHalfReference:
+            return clock.selectedReference() / 2.0;
+        case outclockOfProgrammableDivider:
+            return clock.path().clock() * 1000.0;
+        case outclockOfTestSignal:
+            return clock.testSignal();
+        default:
+            return frequencyOfNoClock;
+    }
+}
+
+/// Output clocks in one word, 0 where the clock isn't the programmable divider's.
+template <class Clock>
+unsigned int outclocksPerWord(const Clock& clock) {
+    return clock.control() == outclockOfProgrammableDivider
+               ? clock.path().clocksPerWord(clock.lineRate(), clock.bits())
+               : 0;
+}
+
+/// The report of one direction. A `Clock` declares the rule's inputs and gives, when it is asked,
+///
+///     control()             the code of the source, an `outclockControl`
+///     lineRate(), bits()    Gb/s; of an internal word
+///     selectedReference()   MHz
+///     path()                through the programmable divider, a `programmablePath`
+///     testSignal()          MHz
+///     referenceFrequency(), source()   MHz and port of the reference that is reported
 template <class Clock>
 ruleDeclarer outclockReport(const laneSide& side, outclockContent content) {
     return [side, content](rule_declaration& rule) {
@@ -78,8 +116,8 @@ ruleDeclarer outclockReport(const laneSide& side, outclockContent content) {
             source = rule.writes<std::string>(side.within("INT_", "OUTCLK_REFCLK_SOURCE"));
         }
         rule.body([=] {
-            frequency.set(clock.frequency());
-            clocksPerWord.set(clock.clocksPerWord());
+            frequency.set(outclockFrequency(clock));
+            clocksPerWord.set(outclocksPerWord(clock));
             if (referenceFrequency && source) {
                 referenceFrequency->set(clock.referenceFrequency());
                 source->set(clock.source());

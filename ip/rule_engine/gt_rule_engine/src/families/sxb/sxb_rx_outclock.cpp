@@ -1,5 +1,4 @@
 #include "families/common/data_widths.h"
-#include "families/common/outclock_control.h"
 #include "families/sxb/sxb_outclock.h"
 #include "families/sxb/sxb_rx_catalogue.h"
 #include "families/sxb/sxb_rx_rule_groups.h"
@@ -27,32 +26,19 @@ class receive_outclock {
           selectors_(readReferenceSelectors(rule)),
           transmitOutclock_(rule.reads<double>("INT_TXOUTCLK_FREQ")) {}
 
-    /// MHz.
-    double frequency() const {
-        switch (control_()) {
-            case outclockOfCodingLayer:
-            case outclockOfAnalogueLayer:
-                return wordFrequency(lineRate_(), bits());
-            case outclockOfReference:
-                return references_.of(referenceSelect_() == 1);
-            case outclockOfHalfReference:
-                return references_.of(referenceSelect_() == 1) / 2.0;
-            case outclockOfProgrammableDivider:
-                return path().clock() * 1000.0;
-            case outclockOfTransmitter:
-                return transmitOutclock_();
-            default:
-                return 1.0;
-        }
+    unsigned int control() const { return control_(); }
+    double lineRate() const { return lineRate_(); }
+    unsigned int bits() const { return bitsOfWidthCode(widthCode_()); }
+    double selectedReference() const { return references_.of(referenceSelect_() == 1); }
+
+    programmablePath path() const {
+        return {pllClocks_.of(usesLcpll()), programmableDivider_(), bypassesAligner_() == 1,
+                outputDivider_()};
     }
 
-    unsigned int clocksPerWord() const {
-        return control_() == outclockOfProgrammableDivider
-                   ? path().clocksPerWord(lineRate_(), bits())
-                   : 0;
-    }
+    /// The receiver's test signal is the transmitter's output clock.
+    double testSignal() const { return transmitOutclock_(); }
 
-    /// MHz.
     double referenceFrequency() const { return references_.of(usesLcpll()); }
 
     std::string source() const { return referenceSource(usesLcpll(), selectors_); }
@@ -65,12 +51,6 @@ class receive_outclock {
     }
 
     bool usesLcpll() const { return clockSource_() == 1; }
-    unsigned int bits() const { return bitsOfWidthCode(widthCode_()); }
-
-    programmablePath path() const {
-        return {pllClocks_.of(usesLcpll()), programmableDivider_(), bypassesAligner_() == 1,
-                outputDivider_()};
-    }
 
     rule_input<unsigned int> clockSource_;
     rule_input<unsigned int> widthCode_;

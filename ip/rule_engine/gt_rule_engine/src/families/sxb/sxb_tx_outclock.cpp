@@ -1,5 +1,4 @@
 #include "families/common/data_widths.h"
-#include "families/common/outclock_control.h"
 #include "families/sxb/sxb_outclock.h"
 #include "families/sxb/sxb_tx_catalogue.h"
 #include "families/sxb/sxb_tx_rule_groups.h"
@@ -29,37 +28,24 @@ class transmit_outclock {
           clockSource_(rule.reads<unsigned int>("CHCLK_ILO_CFG.CHCLK_CLKSRCMUX_SEL")),
           selectors_(readReferenceSelectors(rule)) {}
 
-    /// MHz.
-    double frequency() const {
-        switch (control_()) {
-            case outclockOfCodingLayer:
-            case outclockOfAnalogueLayer:
-                return wordFrequency(lineRate_(), bits());
-            case outclockOfReference:
-                return references_.of(referenceSelect_() == 1);
-            case outclockOfHalfReference:
-                return references_.of(referenceSelect_() == 1) / 2.0;
-            case outclockOfProgrammableDivider:
-                return path().clock() * 1000.0;
-            default:
-                return 1.0;
-        }
+    unsigned int control() const { return control_(); }
+    double lineRate() const { return lineRate_(); }
+    unsigned int bits() const { return bitsOfWidthCode(widthCode_()); }
+    double selectedReference() const { return references_.of(referenceSelect_() == 1); }
+
+    programmablePath path() const {
+        return {pllClocks_.of(dividerSelects().dividesLcpll()), programmableDivider_(),
+                bypassesAligner_() == 1, outputDivider_()};
     }
 
-    unsigned int clocksPerWord() const {
-        return control_() == outclockOfProgrammableDivider
-                   ? path().clocksPerWord(lineRate_(), bits())
-                   : 0;
-    }
+    /// The transmitter's test signal is no clock.
+    static double testSignal() { return frequencyOfNoClock; }
 
-    /// MHz.
     double referenceFrequency() const { return references_.of(reportsLcpll()); }
 
     std::string source() const { return referenceSource(reportsLcpll(), selectors_); }
 
   private:
-    unsigned int bits() const { return bitsOfWidthCode(widthCode_()); }
-
     /// The PLL of the programmable divider need not be the one reported.
     transmitDividerSelects dividerSelects() const {
         return {programmableClockSelect_, pllClockSelect_, bypassesInterpolator_, clockSource_};
@@ -75,11 +61,6 @@ class transmit_outclock {
             default:
                 return referenceSelect_() == 1;
         }
-    }
-
-    programmablePath path() const {
-        return {pllClocks_.of(dividerSelects().dividesLcpll()), programmableDivider_(),
-                bypassesAligner_() == 1, outputDivider_()};
     }
 
     rule_input<unsigned int> control_;
