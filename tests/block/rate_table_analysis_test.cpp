@@ -289,6 +289,13 @@ TEST(CriticalAttributes, RefuseAnOffsetThatIsNotHexadecimal) {
     EXPECT_EQ(textOfFault<std::invalid_argument>([&] { criticalOf(engine); }), "stoul");
 }
 
+TEST(CriticalAttributes, NameTheRegisterWhoseOffsetIsTooLarge) {
+    RateTableEngine engine;
+    engine.reg("A", "channel", "10000000000000000").duplexPasses(0, "A", {1U, 2U});
+    EXPECT_EQ(textOfFault<std::out_of_range>([&] { criticalOf(engine); }),
+              "register A has the offset 10000000000000000, which is too large");
+}
+
 TEST(CriticalAttributes, DoNotReadTheOffsetOfARegisterThatNeverDiffers) {
     RateTableEngine engine;
     engine.reg("A", "channel", "zero").duplexPasses(0, "A", {1U, 1U});
@@ -512,6 +519,13 @@ TEST(StaticAttributes, RefuseAnOffsetThatIsNotHexadecimal) {
     RateTableEngine engine;
     engine.reg("A", "channel", "zero").pass(0, 0, 0, {{"A", 1U}});
     EXPECT_EQ(textOfFault<std::invalid_argument>([&] { staticOf(engine); }), "stoul");
+}
+
+TEST(StaticAttributes, NameTheRegisterWhoseOffsetIsTooLarge) {
+    RateTableEngine engine;
+    engine.reg("A", "channel", "10000000000000000").pass(0, 0, 0, {{"A", 1U}});
+    EXPECT_EQ(textOfFault<std::out_of_range>([&] { staticOf(engine); }),
+              "register A has the offset 10000000000000000, which is too large");
 }
 
 TEST(StaticAttributes, ReportABlockThatTheBasesLack) {

@@ -1,5 +1,6 @@
 #include "sxb_rule_alone.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -11,6 +12,7 @@ namespace lanecfg_test {
 namespace {
 
 using namespace std::string_literals;
+using testing::ThrowsMessage;
 
 const DeviceSettings oscillatorLimits{{"FLCPLLRANGE_MIN", {"8.0"}},
                                       {"FLCPLLRANGE_MAX", {"16.375"}}};
@@ -230,22 +232,32 @@ TEST_F(SxbPllLcpllSolver, OnlyTheFirstOfSeveralLimitsCounts) {
     expect({1, 66, 8.5, "FULL", 6815744});
 }
 
-TEST_F(SxbPllLcpllSolver, AMissingLimitThrowsWhereAFractionIsNeeded) {
-    EXPECT_THROW(solve({8.5}, 128.0, {}), std::invalid_argument);
-    EXPECT_THROW(solve({8.5}, 128.0, {{"FLCPLLRANGE_MIN", {"8.0"}}}), std::invalid_argument);
-    EXPECT_THROW(solve({8.5}, 128.0, {{"FLCPLLRANGE_MAX", {"16.0"}}}), std::invalid_argument);
-    EXPECT_THROW(solve({8.5}, 128.0, {{"FLCPLLRANGE_MIN", {}}, {"FLCPLLRANGE_MAX", {"16.0"}}}),
-                 std::invalid_argument);
+TEST_F(SxbPllLcpllSolver, AMissingLimitThrowsItsNameWhereAFractionIsNeeded) {
+    const auto refuses = [this](const DeviceSettings& device, const std::string& missing) {
+        EXPECT_THAT(
+            [&] { solve({8.5}, 128.0, device); },
+            ThrowsMessage<std::invalid_argument>("device limit " + missing + " is missing"));
+    };
+    refuses({}, "FLCPLLRANGE_MIN");
+    refuses({{"FLCPLLRANGE_MIN", {"8.0"}}}, "FLCPLLRANGE_MAX");
+    refuses({{"FLCPLLRANGE_MAX", {"16.0"}}}, "FLCPLLRANGE_MIN");
+    refuses({{"FLCPLLRANGE_MIN", {}}, {"FLCPLLRANGE_MAX", {"16.0"}}}, "FLCPLLRANGE_MIN");
 }
 
-TEST_F(SxbPllLcpllSolver, ABadLimitThrowsWhereAFractionIsNeeded) {
-    EXPECT_THROW(solve({8.5}, 128.0, {{"FLCPLLRANGE_MIN", {"low"}}, {"FLCPLLRANGE_MAX", {"16.0"}}}),
-                 std::invalid_argument);
-    EXPECT_THROW(solve({8.5}, 128.0, {{"FLCPLLRANGE_MIN", {"9.0"}}, {"FLCPLLRANGE_MAX", {""}}}),
-                 std::invalid_argument);
-    EXPECT_THROW(
-        solve({8.5}, 128.0, {{"FLCPLLRANGE_MIN", {"8.0"}}, {"FLCPLLRANGE_MAX", {"1e999"}}}),
-        std::out_of_range);
+TEST_F(SxbPllLcpllSolver, ABadLimitThrowsItsNameAndTextWhereAFractionIsNeeded) {
+    const auto solveWithin = [this](const std::string& lowest, const std::string& highest) {
+        return [this, lowest, highest] {
+            solve({8.5}, 128.0, {{"FLCPLLRANGE_MIN", {lowest}}, {"FLCPLLRANGE_MAX", {highest}}});
+        };
+    };
+    EXPECT_THAT(
+        solveWithin("low", "16.0"),
+        ThrowsMessage<std::invalid_argument>("device limit FLCPLLRANGE_MIN is no number: \"low\""));
+    EXPECT_THAT(solveWithin("9.0", ""), ThrowsMessage<std::invalid_argument>(
+                                            "device limit FLCPLLRANGE_MAX is no number: \"\""));
+    EXPECT_THAT(
+        solveWithin("8.0", "1e999"),
+        ThrowsMessage<std::out_of_range>("device limit FLCPLLRANGE_MAX is out of range: 1e999"));
 }
 
 TEST_F(SxbPllLcpllSolver, LimitsAreNotReadForAWholeDivider) {

@@ -18,6 +18,7 @@ using lanecfg_test::DeviceSettings;
 using lanecfg_test::sxd4Settings;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::ThrowsMessage;
 
 struct LineCase {
     std::string name;
@@ -163,9 +164,12 @@ class Sxd4MissingLimit : public testing::TestWithParam<std::string> {};
 TEST_P(Sxd4MissingLimit, IsInvalidForALine) {
     DeviceSettings settings = sxd4Settings();
     settings.erase(GetParam());
-    EXPECT_THROW(sxd4_vco_candidates(settings).ofSymbolRate(28.125), std::invalid_argument);
+    const auto candidates = [&settings] { sxd4_vco_candidates(settings).ofSymbolRate(28.125); };
+    EXPECT_THAT(candidates,
+                ThrowsMessage<std::invalid_argument>("device limit " + GetParam() + " is missing"));
     settings[GetParam()] = {"many"};
-    EXPECT_THROW(sxd4_vco_candidates(settings).ofSymbolRate(28.125), std::invalid_argument);
+    EXPECT_THAT(candidates, ThrowsMessage<std::invalid_argument>("device limit " + GetParam() +
+                                                                 " is no number: \"many\""));
 }
 
 INSTANTIATE_TEST_SUITE_P(Limits, Sxd4MissingLimit,

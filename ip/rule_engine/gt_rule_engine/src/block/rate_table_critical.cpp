@@ -1,4 +1,5 @@
 #include "block/rate_table_limits.h"
+#include "block/register_offset.h"
 #include "block/register_series.h"
 
 #include <lanecfg/gt_rule_engine.h>
@@ -102,7 +103,7 @@ std::vector<RateTableAttribute> gt_rule_engine::criticalAttributes(
 std::int64_t gt_rule_engine::criticalAddress(const std::string& name, const attributeInfo& info,
                                              int channel) const {
     const std::string& type = info.dstSubBlock;
-    const auto offset = static_cast<std::int64_t>(std::stoul(info.Offset, nullptr, 16));
+    const auto offset = static_cast<std::int64_t>(registerOffset(name, info));
     if (starts_with(type, "ch")) {
         return offset + blockNumber(blockOffsets, "CH", channel, name, info, channel);
     }

@@ -1,4 +1,5 @@
 #include "block/rate_table_limits.h"
+#include "block/register_offset.h"
 #include "block/register_series.h"
 
 #include <lanecfg/gt_rule_engine.h>
@@ -85,7 +86,7 @@ std::vector<long> gt_rule_engine::staticAttributes(const std::vector<const varia
     }
     const auto numberOf = [&](const std::string& name, const attributeInfo& info,
                               const std::string& block, int index) {
-        const auto offset = static_cast<long>(std::stoul(info.Offset, nullptr, 16));
+        const auto offset = static_cast<long>(registerOffset(name, info));
         return offset + blockNumber(blockBases, block, index, name, info, channel);
     };
     seriesCache own;

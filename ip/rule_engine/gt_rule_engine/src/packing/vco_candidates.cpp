@@ -1,3 +1,5 @@
+#include "database/device_limit.h"
+
 #include <lanecfg/gt_quad_packing.h>
 
 #include <array>
@@ -34,26 +36,12 @@ struct clockRange {
 /// What the second stage of the programmable divider can take.
 constexpr clockRange stageClock{0.5, 2.0};
 
-using limitTable = std::map<std::string, std::vector<std::string>>;
-
-double limitOf(const limitTable& limits, const std::string& key) {
-    const auto found = limits.find(key);
-    if (found == limits.end() || found->second.empty()) {
-        throw std::out_of_range("device limit " + key + " is missing");
-    }
-    const std::string& text = found->second.front();
-    try {
-        return std::stod(text);
-    } catch (const std::invalid_argument&) {
-        throw std::invalid_argument("device limit " + key + " is no number: \"" + text + "\"");
-    } catch (const std::out_of_range&) {
-        throw std::out_of_range("device limit " + key + " is out of range: " + text);
-    }
-}
-
 /// `pll` is the begin of the keys, the word of the PLL.
-clockRange vcoRange(const limitTable& limits, const std::string& pll) {
-    return {limitOf(limits, "F" + pll + "RANGE_MIN"), limitOf(limits, "F" + pll + "RANGE_MAX")};
+clockRange vcoRange(const deviceSettings& limits, const std::string& pll) {
+    const auto limitOf = [&limits](const std::string& key) {
+        return deviceLimit<std::out_of_range>(limits, key);
+    };
+    return {limitOf("F" + pll + "RANGE_MIN"), limitOf("F" + pll + "RANGE_MAX")};
 }
 
 std::vector<double> rpllCandidates(double lineRate, const clockRange& range) {

@@ -1,5 +1,5 @@
 #include "clocking_domains.h"
-#include "families/common/device_limit.h"
+#include "database/device_limit.h"
 #include "families/common/rule_arithmetic.h"
 #include "families/sxb/sxb_pll_catalogue.h"
 #include "families/sxb/sxb_pll_dividers.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "database/device_limit.h"
 #include "families/common/catalogue_rules.h"
-#include "families/common/device_limit.h"
 #include "families/common/lane_side.h"
 
 #include <string_view>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "families/common/device_limit.h"
+#include "database/device_limit.h"
 
 #include <vector>
 
