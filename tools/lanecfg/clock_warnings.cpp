@@ -1,7 +1,7 @@
 #include "clock_warnings.h"
 
 #include "families.h"
-#include "families/sxb/packing_rows.h"
+#include "packing/packing_rows.h"
 #include "rate_places.h"
 
 #include <lanecfg/rule_engine_utilities.h>

@@ -2,8 +2,8 @@
 
 #include "families.h"
 #include "families/common/data_widths.h"
-#include "families/sxb/packing_rows.h"
 #include "families/sxb/sxb_data_selects.h"
+#include "packing/packing_rows.h"
 #include "rate_places.h"
 #include "snapshot_rows.h"
 #include "table.h"

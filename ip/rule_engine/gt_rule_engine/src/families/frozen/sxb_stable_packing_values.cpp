@@ -1,8 +1,8 @@
 #include "families/frozen/sxb_stable_packing_values.h"
 
 #include "block/default_values.h"
-#include "families/sxb/packing_rows.h"
 #include "packing/lane_parameters.h"
+#include "packing/packing_rows.h"
 
 #include <lanecfg/rule_engine_utilities.h>
 

@@ -1,7 +1,7 @@
 #include "families/sxb/sxb_packing_values.h"
 
-#include "families/sxb/packing_rows.h"
 #include "packing/lane_parameters.h"
+#include "packing/packing_rows.h"
 
 #include <lanecfg/gt_quad_packing.h>
 #include <lanecfg/rule_engine_utilities.h>
