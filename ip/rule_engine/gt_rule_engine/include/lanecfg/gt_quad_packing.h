@@ -57,6 +57,9 @@ struct refclkSourceCheck {
 /// a message to the user (`logErrors` true) or as the text "ERROR caught" under the next number.
 class LANECFG_EXPORT gt_quad_packing {
   public:
+    /// Copies all arguments and leaves the tables empty; nothing is looked at yet. They are what a
+    /// request loads: `m_channelUsage`, `m_paramTypes`, `m_userParams`, `m_fields` and
+    /// `m_deviceData` of a gt_db_load.
     gt_quad_packing(const std::vector<channelUsageInfo>& channelUsage,
                     const std::map<std::string, paramTypeInfo>& types,
                     const userParamStore& parameters,
@@ -104,11 +107,16 @@ class LANECFG_EXPORT gt_quad_packing {
     packingTable<std::map<std::string, packingNumbers>> getIntersectedCoordinates() const;
     packingTable<std::map<std::string, packingTexts>> getRefclkSourceIntersectedCoordinates() const;
 
+    /// The lane groups that are to share the quad. `rates` are the rate slots in use, indices
+    /// of a lane's rates in `userParams`.
     std::vector<channelUsageInfo> channels;
+    /// Line rates are in Gb/s, reference clocks in MHz, widths in bits.
     userParamStore userParams;
-    std::map<std::string, attributeInfo> attributes;
+    std::map<std::string, attributeInfo> attributes;  ///< carried for hosts; nothing reads it
+    /// Ranges of the PLLs (GHz), the first text of an entry: "FLCPLLRANGE_MIN", "FLCPLLRANGE_MAX",
+    /// "FRPLLRANGE_MIN", "FRPLLRANGE_MAX". Others are not read.
     std::map<std::string, std::vector<std::string>> deviceLimits;
-    std::map<std::string, paramTypeInfo> paramTypes;
+    std::map<std::string, paramTypeInfo> paramTypes;  ///< carried for hosts; nothing reads it
 
     /// The candidates.
     packingTable<packingRecords> intermediateData;

@@ -71,6 +71,20 @@ struct RateTableControl {
 /// registers its rules and calls `runBlockRules` once; every answer is read from `blockVarMap`.
 class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
   public:
+    /// Enters every parameter of `paramTypes` as a blank variable; there is no rule and no pass
+    /// yet. All arguments are copied. They are what a request loads, `family` being the device's
+    /// family word: `m_channelUsage`, `m_paramTypes`, `m_userParams`, `m_fields` and `m_deviceData`
+    /// of a gt_db_load.
+    ///
+    /// Of each entry of `settings` the first text counts:
+    ///   "siliconRev"                            silicon revision; empty where it is missing
+    ///   "FLCPLLRANGE_MIN", "FLCPLLRANGE_MAX"    oscillator of the LCPLL (GHz)
+    ///   "FRPLLRANGE_MIN", "FRPLLRANGE_MAX"      the same of the RPLL, in families that pack
+    ///   "FSXDLCRANGE_MIN"                       SXD4: from this symbol rate (Gbaud) on the
+    ///                                           oscillator runs at half of it
+    /// Nothing is refused here. A limit that is missing or no number throws in the pass that needs
+    /// it, naming the limit: std::invalid_argument, or std::out_of_range for a number that no
+    /// double holds.
     gt_rule_engine(const std::string& family, const std::vector<channelUsageInfo>& usage,
                    const std::map<std::string, paramTypeInfo>& paramTypes,
                    const userParamStore& userParams,
@@ -132,16 +146,29 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
     void parseHeaderInfo_New(RateTableChannel* channels);
     /// Finds the critical attributes of every channel.
     void parseRateTableData_New(RateTableChannel* channels);
+    /// Fills `txAttributes` and `rxAttributes` of one channel, each from the passes that have the
+    /// other direction at rate 0. A channel without passes has none. Throws as
+    /// `findCriticalAttributes_New`.
     void populateSimplexLane_New(RateTableChannel* channels, int channel);
+    /// Fills `txAttributes` of one channel from all its passes and clears `rxAttributes`; otherwise
+    /// as `populateSimplexLane_New`.
     void populateDuplexLane_New(RateTableChannel* channels, int channel);
-    /// Registers that differ between the given snapshots, in name order.
+    /// Registers that differ between the given snapshots, in name order, and those that belong in
+    /// every table. Throws std::invalid_argument with the text "stoll" on a value that is no number
+    /// and "stoul" on an offset that is none; std::out_of_range, naming the register, on an offset
+    /// that is too large and on a block that the address tables lack.
     std::vector<RateTableAttribute> findCriticalAttributes_New(
         std::vector<std::map<std::string, varInfo>> rates, int channel);
     /// Registers that no rate changes, as byte address runs in hexadecimal.
     std::string parseRateTableDataForStaticAttributes(RateTableChannel* channels);
+    /// `findStaticAttributes` of the two lists of passes of `populateSimplexLane_New`, transmit
+    /// first; a register that both have is there twice. `channels` is not looked at.
     std::vector<long> SimplexStaticAttributes(RateTableChannel* channels, int channel);
+    /// `findStaticAttributes` of all passes of the channel. `channels` is not looked at.
     std::vector<long> DuplexStaticAttributes(RateTableChannel* channels, int channel);
-    /// Word addresses of the registers that are equal in all given snapshots.
+    /// Word addresses, in the quad's register space, of the registers that are equal in all given
+    /// snapshots, in name order of the registers. Throws as `findCriticalAttributes_New` does of
+    /// offsets and blocks.
     std::vector<long> findStaticAttributes(std::vector<std::map<std::string, varInfo>> rates,
                                            int channel);
     /// Makes a master's table do the work of its followers; changes snapshots.
@@ -152,6 +179,10 @@ class LANECFG_EXPORT gt_rule_engine : public rule_engine_base {
     void separateCriticalAttributes_New(RateTableChannel* channels, RateTableControl& control);
     /// Sorts the registers of each table owner by address.
     void sortRateTable_New(RateTableChannel* channels, RateTableControl& control);
+    /// Writes `control.rateTable` from the sorted lists: two structure words, two words a channel,
+    /// then the transmit and the receive bodies, whose lengths are added to the word counts of
+    /// `control`. Throws std::out_of_range, naming register, channel and rate, where a channel ran
+    /// fewer passes than a table needs of it, std::invalid_argument on a value that is no number.
     void writeRateTable_New(RateTableChannel* channels, RateTableControl& control);
     /// Words of a group of one or two registers, values from snapshot `snapshots[0]` and
     /// `snapshots[1]`.
