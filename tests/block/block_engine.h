@@ -24,7 +24,7 @@ struct BlockSetup {
     /// Adds a register; fields are { name, { offset, width } }.
     BlockSetup& reg(const std::string& name, const std::string& blockType,
                     std::map<std::string, std::vector<int>> fields = {});
-    /// Adds a usage record that gives one channel a rate group name in each direction.
+    /// Adds a usage record that gives one channel a rate pin name in each direction.
     BlockSetup& lane(int channel, const std::string& txRate, const std::string& rxRate);
     /// Gives the channel its rates in direction 0 (transmit) or 1 (receive).
     BlockSetup& rates(std::size_t direction, std::size_t channel, rateList list);

@@ -24,7 +24,7 @@ class RateTableEngine : public BlockEngine {
     /// Adds a register to the database.
     RateTableEngine& reg(const std::string& name, const std::string& blockType,
                          const std::string& offset = "0x0");
-    /// Gives a channel its rate groups.
+    /// Gives a channel its rate pins.
     RateTableEngine& lane(int channel, const std::string& txNet, const std::string& rxNet);
     /// Appends a snapshot to a channel.
     RateTableEngine& pass(std::size_t channel, unsigned int txRate, unsigned int rxRate,

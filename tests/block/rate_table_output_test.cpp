@@ -318,7 +318,7 @@ TEST_F(Repeated, GenerationWidensAMaskThatWasDoubledInOneDirectionOnly) {
 
 // Properties of random engines
 
-/// Registers of all kinds, random rate groups, and as many rates in each channel and direction.
+/// Registers of all kinds, random rate pins, and as many rates in each channel and direction.
 void fillRandomly(RateTableEngine& engine, std::mt19937& random) {
     const std::pair<const char*, const char*> registers[] = {
         {"LANE_A", "channel"},         {"LANE_B", "channel"},       {"PIPE_CTRL_CFG7", "channel"},

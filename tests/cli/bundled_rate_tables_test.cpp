@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
                      }},
         BundledTable{"sxa_dictionary",
                      {
-                         // Channels 0 and 1 are in rate group "A", 2 and 3 have none: masters of
+                         // Channels 0 and 1 are on rate pin "A", 2 and 3 have none: masters of
                          // channels 3 and 2 are 2 (0x01400000), group 1100 of channel 2 (0x1800),
                          // group 0011 of channel 0 (0x6).
                          0x1f401807,  // TX: all duplex

@@ -35,8 +35,8 @@ bool isRefused(const std::string& request) {
     return refused.count(request) != 0;
 }
 
-/// Whether `pack` finds that the lanes fit. Families whose parameters have no rate groups can't be
-/// judged, which is a failure too.
+/// Whether `pack` finds that the lanes fit. Families whose parameters have no packing groups can't
+/// be judged, which is a failure too.
 bool fitsItsQuad(const std::string& request) {
     const auto family = bundledRequest(request).at("family").get<std::string>();
     return !isRefused(request) &&

@@ -49,7 +49,7 @@ std::vector<std::uint32_t> bodyOf(const std::vector<WriteGroup>& groups, std::si
 std::vector<std::uint32_t> joined(std::vector<std::uint32_t> words,
                                   const std::vector<std::uint32_t>& body);
 
-/// The ten words in front of the table of four duplex channels in one rate group, which has this
+/// The ten words in front of the table of four duplex channels on one rate pin, which has this
 /// many words for its one rate.
 std::vector<std::uint32_t> oneGroup(std::uint32_t rateWords);
 

@@ -68,7 +68,7 @@ TEST_F(ClockWarnings, TellWhatIsAskedForAndUsedAndTheWayOut) {
     EXPECT_THAT(warning.requested, ElementsAre(156.25));
     EXPECT_THAT(warning.used, ElementsAre(clockOfTenGigabit));
     EXPECT_EQ(warning.text,
-              "lane 1 TX in rate group \"A\": the registers are made for a reference clock of "
+              "lane 1 TX in packing group \"A\": the registers are made for a reference clock of "
               "128.90625 MHz where the request gives 156.25 MHz (RPLL, rate 0)" +
                   takeOtherPll);
 }
@@ -90,7 +90,7 @@ TEST_F(ClockWarnings, AreOneForAllRatesOfALane) {
     EXPECT_THAT(warnings.front().rates, ElementsAre(0, 1, 2));
     EXPECT_THAT(warnings.front().used, ElementsAre(clockOfFiveGigabit, clockOfTenGigabit));
     EXPECT_EQ(warnings.front().text,
-              "lane 0 TX in rate group \"A\": the registers are made for a reference clock of "
+              "lane 0 TX in packing group \"A\": the registers are made for a reference clock of "
               "125.0 MHz where the request gives 156.25 MHz (RPLL, rate 1), of 128.90625 MHz where "
               "the request gives 156.25 MHz (RPLL, rates 0, 2)" +
                   takeOtherPll);
@@ -105,8 +105,8 @@ TEST_F(ClockWarnings, AreOneForEachLaneDirectionAndRateGroup) {
         places.push_back(warning.text.substr(0, warning.text.find(':')));
     }
     EXPECT_THAT(places,
-                ElementsAre("lane 1 TX in rate group \"A\"", "lane 1 RX in rate group \"A\"",
-                            "lane 3 RX in rate group \"B\""));
+                ElementsAre("lane 1 TX in packing group \"A\"", "lane 1 RX in packing group \"A\"",
+                            "lane 3 RX in packing group \"B\""));
 }
 
 TEST_F(ClockWarnings, KeepAnyNameOfAGroupOnOneLine) {
@@ -114,7 +114,7 @@ TEST_F(ClockWarnings, KeepAnyNameOfAGroupOnOneLine) {
     settings.group = "A\nB";
     const std::vector<ClockWarning> warnings = warningsOfLane(0, {settings});
     ASSERT_THAT(warnings, SizeIs(1));
-    EXPECT_THAT(warnings.front().text, HasSubstr("rate group \"A\\nB\""));
+    EXPECT_THAT(warnings.front().text, HasSubstr("packing group \"A\\nB\""));
 }
 
 TEST_F(ClockWarnings, PassOverWhatAFractionLeaves) {
@@ -293,7 +293,7 @@ TEST_P(ClockWarningOfRules, IsGivenByAttributesForEachLaneAndDirection) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_TRUE(json::accept(result.output));
     EXPECT_EQ(warningCount(result), 8U) << result.errors;
-    EXPECT_THAT(result.errors, HasSubstr("request.json: lane 3 RX in rate group \"A\": the "
+    EXPECT_THAT(result.errors, HasSubstr("request.json: lane 3 RX in packing group \"A\": the "
                                          "registers are made for a reference clock of 128.90625 "
                                          "MHz where the request gives 156.25 MHz"));
 }
@@ -328,8 +328,8 @@ TEST_F(ClockWarningCommand, IsPartOfTheVerdictForPeople) {
     const ProgramResult result = runOn(request, "pack");
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.errors, "");
-    EXPECT_THAT(result.output, testing::StartsWith("fits\nwarning: lane 1 TX in rate group "));
-    EXPECT_THAT(result.output, HasSubstr("\nwarning: lane 1 RX in rate group "));
+    EXPECT_THAT(result.output, testing::StartsWith("fits\nwarning: lane 1 TX in packing group "));
+    EXPECT_THAT(result.output, HasSubstr("\nwarning: lane 1 RX in packing group "));
     EXPECT_THAT(result.output, HasSubstr("\nwarning: source \"R0\": "));
 }
 

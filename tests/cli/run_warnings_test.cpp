@@ -71,9 +71,10 @@ TEST_P(RunWarning, TellsOfAnotherReferenceClockThanTheRequested) {
             156.25;
     }
     const ProgramResult result = answer(directory.write("request.json", request.dump()));
-    EXPECT_THAT(result.errors,
-                HasSubstr("request.json: lane 1 RX in rate group \"A\": the registers are made for "
-                          "a reference clock of 128.90625 MHz where the request gives 156.25 MHz"));
+    EXPECT_THAT(
+        result.errors,
+        HasSubstr("request.json: lane 1 RX in packing group \"A\": the registers are made for "
+                  "a reference clock of 128.90625 MHz where the request gives 156.25 MHz"));
 }
 
 TEST_P(RunWarning, TellsOfWordsThatAnIdleLaneAnswers) {

@@ -115,7 +115,7 @@ bool suitsOtherPll(const ClockUse& use) {
                                         use.lineRate, use.requested, other));
 }
 
-/// One lane, direction and rate group, whose clocks are all others than requested.
+/// One lane, direction and packing group, whose clocks are all others than requested.
 std::string textOfLane(const std::vector<ClockUse>& uses) {
     std::map<std::tuple<double, double, std::string>, std::set<int>> rates;
     for (const ClockUse& use : uses) {
@@ -130,7 +130,7 @@ std::string textOfLane(const std::vector<ClockUse>& uses) {
     }
     const ClockUse& first = uses.front();
     // The group is any text of the user, so it is quoted to keep the line one.
-    return placeText(first.at) + " in rate group " + jsonText(Json(first.group)) +
+    return placeText(first.at) + " in packing group " + jsonText(Json(first.group)) +
            ": the registers are made for a reference clock " +
            boost::algorithm::join(clauses, ", ") +
            ". Put the clock that they are made for into the request and supply it, " +
@@ -164,7 +164,7 @@ std::string textOfSource(const std::vector<ClockUse>& uses) {
 using UsesByPlace = std::map<std::tuple<int, bool, std::string>, std::vector<ClockUse>>;
 using UsesBySource = std::map<std::pair<std::string, double>, std::vector<ClockUse>>;
 
-/// The uses of other clocks than requested, by lane, direction and rate group.
+/// The uses of other clocks than requested, by lane, direction and packing group.
 UsesByPlace usesOfOtherClocks(const std::vector<ClockUse>& uses) {
     UsesByPlace found;
     for (const ClockUse& use : uses) {

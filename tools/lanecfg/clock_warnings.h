@@ -27,7 +27,7 @@ struct ClockWarning {
     std::string text;            ///< one sentence on what is asked for and used, one on the way out
 };
 
-/// One for each lane, direction and rate group with a clock more than 100 parts per million off
+/// One for each lane, direction and packing group with a clock more than 100 parts per million off
 /// the requested one; then one for each source and requested clock where uses of one rate have
 /// several. Only PLLs that have a frequency and one clock count: the others are reasons why
 /// channels don't fit.

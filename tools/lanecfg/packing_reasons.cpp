@@ -113,7 +113,7 @@ bool lacksFrequency(const PllView& view, int entry) {
 }
 
 /// The views of a PLL of one dual that a text is about. A missing frequency has a text for each
-/// rate group, in the order of the groups, so equal texts are about one group each.
+/// packing group, in the order of the groups, so equal texts are about one group each.
 std::vector<PllView> viewsConcerned(std::vector<PllView> ofPll, bool isAboutFrequency, int rate,
                                     std::size_t equalTextsBefore) {
     if (!isAboutFrequency) {

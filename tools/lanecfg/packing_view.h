@@ -25,7 +25,7 @@ struct PackingRecordView {
     packingTexts sources;
 };
 
-/// One PLL of a dual in one rate group: its candidates, and what is left of them.
+/// One PLL of a dual in one packing group: its candidates, and what is left of them.
 struct PllView {
     std::string dual;
     std::string group;

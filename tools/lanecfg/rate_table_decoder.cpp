@@ -100,7 +100,7 @@ void checkGroups(TableDirection direction, DecodedRateTable& table) {
     }
 }
 
-/// A channel is duplex if its rate groups have the same name in both directions. So duplex channels
+/// A channel is duplex if its rate pins have the same name in both directions. So duplex channels
 /// that are together in one direction are together in the other, and never with a simplex one in
 /// both.
 void checkDuplexFlags(const DecodedRateTable& table) {

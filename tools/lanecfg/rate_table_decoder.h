@@ -88,7 +88,7 @@ std::vector<std::uint32_t> rateTableWords(const std::string& digits);
 
 /// Turns the words of a table back into what they say. Throws RequestError, with the index of the
 /// word, on whatever breaks the format or contradicts itself: reserved bits, masters, groups and
-/// duplex flags that no rate groups have, offsets and sizes that do not add up to the number of
+/// duplex flags that no rate pins have, offsets and sizes that do not add up to the number of
 /// words, a group that runs over the end of its rate, and rates of a table that write different
 /// registers. The order of the groups of a rate is free. Tables with more than 255 rates or 1023
 /// words for a rate do not fit the header's fields and are refused too.
