@@ -10,11 +10,11 @@ using testing::HasSubstr;
 class OutclkCommand : public CommandLine {};
 
 TEST_F(OutclkCommand, GivesBothClocksOfEveryLane) {
-    // 10312.5 Mb/s in words of 80 bits, with the library's six digits.
+    // 10312.5 Mb/s in words of 80 bits, which the library rounds to six digits.
     nlohmann::json expected;
     for (const std::string lane : {"CH0", "CH1", "CH2", "CH3"}) {
-        expected[lane + "_TXOUTCLK"] = "128.906";
-        expected[lane + "_RXOUTCLK"] = "128.906";
+        expected[lane + "_TXOUTCLK"] = 128.90625;
+        expected[lane + "_RXOUTCLK"] = 128.90625;
     }
     EXPECT_EQ(answerOf({"outclk", requestPath("sxb_10gbase_r")}), expected);
 }
@@ -32,7 +32,7 @@ TEST_F(OutclkCommand, GivesTheFastestOfTheRates) {
     }
     const ProgramResult result = runOn(request, "outclk", {"--format", "json"});
     ASSERT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_EQ(nlohmann::json::parse(result.output).at("CH0_TXOUTCLK"), "128.906");
+    EXPECT_EQ(nlohmann::json::parse(result.output).at("CH0_TXOUTCLK"), 128.90625);
 }
 
 TEST_F(OutclkCommand, WritesAlignedTextByDefault) {
@@ -46,7 +46,18 @@ TEST_F(OutclkCommand, WritesCsvOnRequest) {
     const ProgramResult result = run({"outclk", requestPath("sxb_10gbase_r"), "--format", "csv"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, testing::StartsWith("name,output_clock\n"));
-    EXPECT_THAT(result.output, HasSubstr("\nCH0_TXOUTCLK,128.906\n"));
+    EXPECT_THAT(result.output, HasSubstr("\nCH0_TXOUTCLK,128.90625\n"));
+}
+
+TEST_F(OutclkCommand, TellsOfAnInfiniteClock) {
+    // A width that no word of the fabric has: its clock has no divider.
+    nlohmann::json request = bundledRequest("sxb_10gbase_r");
+    request["userParams"][0][0][0]["TX_USER_DATA_WIDTH"] = 48;
+    EXPECT_EQ(nlohmann::json::parse(runOn(request, "outclk", {"--format", "json"}).output)
+                  .at("CH0_TXOUTCLK"),
+              "inf");
+    EXPECT_THAT(runOn(request, "outclk", {"--format", "csv"}).output,
+                HasSubstr("\nCH0_TXOUTCLK,inf\n"));
 }
 
 TEST_F(OutclkCommand, SaysThatAFamilyReportsNone) {

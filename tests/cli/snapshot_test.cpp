@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 namespace lanecfg_test {
 namespace {
 
@@ -103,28 +105,39 @@ struct ValueForm {
     std::string name;
     ruleValue value;
     std::string text;
+    std::string csv;
     std::string json;
 };
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 class SnapshotValue : public testing::TestWithParam<ValueForm> {};
 
 TEST_P(SnapshotValue, HasItsForm) {
     const Cell cell = valueCell({boost::none, GetParam().value});
     EXPECT_EQ(cell.text, GetParam().text);
+    EXPECT_EQ(cell.exactText.value_or(cell.text), GetParam().csv);
     EXPECT_EQ(jsonText(cell.value), GetParam().json);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Each, SnapshotValue,
-    testing::Values(ValueForm{"Blank", boost::blank(), "None", "null"},
-                    ValueForm{"Text", std::string("LCPLL"), "LCPLL", "\"LCPLL\""},
-                    ValueForm{"Unsigned", 4294967295U, "4294967295", "4294967295"},
-                    ValueForm{"Flag", true, "1", "true"},
-                    ValueForm{"Single", 0.5F, "0.500000", "0.5"},
-                    ValueForm{"Double", 10.3125, "10.312500", "10.3125"},
-                    ValueForm{"List", std::vector<double>{10.3125, 8.0}, "[10.312500, 8.000000]",
-                              "[10.3125,8.0]"},
-                    ValueForm{"EmptyList", std::vector<double>{}, "[]", "[]"}),
+    testing::Values(
+        ValueForm{"Blank", boost::blank(), "None", "", "null"},
+        ValueForm{"Text", std::string("LCPLL"), "LCPLL", "LCPLL", "\"LCPLL\""},
+        ValueForm{"TextNone", std::string("None"), "None", "None", "\"None\""},
+        ValueForm{"Unsigned", 4294967295U, "4294967295", "4294967295", "4294967295"},
+        ValueForm{"Flag", true, "1", "1", "true"},
+        ValueForm{"Single", 0.5F, "0.500000", "0.5", "0.5"},
+        ValueForm{"Double", 167.331640625, "167.331641", "167.331640625", "167.331640625"},
+        ValueForm{"Infinity", infinity, "inf", "inf", "\"inf\""},
+        ValueForm{"NegativeInfinity", -infinity, "-inf", "-inf", "\"-inf\""},
+        ValueForm{"NoNumber", std::numeric_limits<double>::quiet_NaN(), "nan", "nan", "\"nan\""},
+        ValueForm{"SingleInfinity", std::numeric_limits<float>::infinity(), "inf", "inf",
+                  "\"inf\""},
+        ValueForm{"List", std::vector<double>{10.3125, 1e-7, infinity},
+                  "[10.312500, 0.000000, inf]", "[10.3125, 1e-07, inf]", "[10.3125,1e-07,\"inf\"]"},
+        ValueForm{"EmptyList", std::vector<double>{}, "[]", "[]", "[]"}),
     CaseName());
 
 class SnapshotCommand : public CommandLine {};
@@ -141,7 +154,21 @@ TEST_F(SnapshotCommand, GivesTheParametersOfEachRate) {
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output,
               "channel,tx_rate,rx_rate,name,type,value,rule\n"
-              "2,1,0,TX_LINE_RATE,double,5.000000,\n");
+              "2,1,0,TX_LINE_RATE,double,5,\n");
+}
+
+TEST_F(SnapshotCommand, LosesNothingInMachineForms) {
+    nlohmann::json request = bundledRequest("sxb_otu2_fractional");
+    request["userParams"][0][0][0]["TX_USER_DATA_WIDTH"] = 48;
+    const std::vector<std::string> chosen{"--channel", "0", "--name", "INT_TXOUTCLK_FREQ",
+                                          "--format"};
+    const auto answerIn = [&](const std::string& format) {
+        std::vector<std::string> options = chosen;
+        options.push_back(format);
+        return runOn(request, "snapshot", options).output;
+    };
+    EXPECT_EQ(nlohmann::json::parse(answerIn("json")).at(0).at("value"), "inf");
+    EXPECT_THAT(answerIn("csv"), HasSubstr(",INT_TXOUTCLK_FREQ,double,inf,"));
 }
 
 TEST_F(SnapshotCommand, TakesOptionsBeforeTheRequest) {

@@ -1,6 +1,12 @@
 #include "configured_instance.h"
+#include "exact_number.h"
 #include "output.h"
 #include "subcommand.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <string>
 
 namespace sable_lanecfg::tool {
 namespace {
@@ -10,13 +16,39 @@ struct OutclkOptions {
     OutputOptions output;
 };
 
-Answer answerOf(const textMap& clocks) {
+/// The highest value of a variable in the passes of a lane, 0 without any.
+double highestIn(const std::vector<variableMap>& passes, const std::string& name) {
+    double highest = 0.0;
+    for (const variableMap& pass : passes) {
+        const auto found = pass.find(name);
+        const auto* const value =
+            found == pass.end() ? nullptr : boost::get<double>(&found->second.value);
+        highest = value == nullptr ? highest : std::max(highest, *value);
+    }
+    return highest;
+}
+
+/// The output clocks by name as the passes have them; the library rounds them to six digits.
+std::map<std::string, double> exactClocks(const gt_rule_engine& engine) {
+    std::map<std::string, double> clocks;
+    for (std::size_t lane = 0; lane < engine.blockVarMap.size(); ++lane) {
+        for (const std::string clock : {"TXOUTCLK", "RXOUTCLK"}) {
+            clocks["CH" + std::to_string(lane) + "_" + clock] =
+                highestIn(engine.blockVarMap[lane], "INT_" + clock + "_FREQ");
+        }
+    }
+    return clocks;
+}
+
+Answer answerOf(const textMap& clocks, const std::map<std::string, double>& exact) {
     Answer answer;
     answer.table.columns = {"name", "output_clock"};
     answer.document = Json::object();
-    for (const auto& [name, frequency] : clocks) {
-        answer.table.rows.push_back({Cell(name), Cell(frequency)});
-        answer.document->push_back({name, frequency});
+    for (const auto& [name, rounded] : clocks) {
+        const double frequency = exact.at(name);
+        Cell cell(rounded, exactText(frequency), exactJson(frequency));
+        answer.document->push_back({name, cell.value});
+        answer.table.rows.push_back({Cell(name), std::move(cell)});
     }
     nameLastColumnForPeople(answer, "output_clock_mhz");
     if (clocks.empty()) {
@@ -27,7 +59,8 @@ Answer answerOf(const textMap& clocks) {
 
 ExitCode run(const OutclkOptions& options, Console& console) {
     RequestRun run(options.request, options.output, console);
-    writeAnswer(answerOf(run.instance.outputClocks()), options.output);
+    const textMap clocks = run.instance.outputClocks();
+    writeAnswer(answerOf(clocks, exactClocks(run.instance.engine())), options.output);
     return ExitCode::done;
 }
 

@@ -1,6 +1,7 @@
 #include "snapshot_rows.h"
 
 #include "errors.h"
+#include "exact_number.h"
 
 #include <lanecfg/rule_engine_utilities.h>
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <fnmatch.h>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -21,6 +23,15 @@ constexpr std::array<const char*, 7> typeNames = {"blank", "text",   "unsigned",
 
 struct JsonOfValue : boost::static_visitor<Json> {
     Json operator()(const boost::blank& /*value*/) const { return nullptr; }
+    Json operator()(float value) const { return exactJson(value); }
+    Json operator()(double value) const { return exactJson(value); }
+    Json operator()(const std::vector<double>& list) const {
+        Json elements = Json::array();
+        for (const double element : list) {
+            elements.push_back(exactJson(element));
+        }
+        return elements;
+    }
     template <class T>
     Json operator()(const T& value) const {
         return value;
@@ -32,13 +43,29 @@ std::string listedText(const varInfo& variable) {
     return rule_engine_utilities::serializeMap({{"", variable}}).begin()->second[1];
 }
 
-std::string textOfList(const std::vector<double>& list) {
+/// A list in brackets, with the text of each element.
+template <class TextOf>
+std::string bracketed(const std::vector<double>& list, const TextOf& textOf) {
     std::vector<std::string> elements;
     for (const double element : list) {
-        elements.push_back(listedText({boost::none, element}));
+        elements.push_back(textOf(element));
     }
     return "[" + boost::algorithm::join(elements, ", ") + "]";
 }
+
+/// Text of a value without rounding; none where the listing form tells all of it.
+struct ExactTextOfValue : boost::static_visitor<std::optional<std::string>> {
+    std::optional<std::string> operator()(const boost::blank& /*value*/) const { return ""; }
+    std::optional<std::string> operator()(float value) const { return exactText(value); }
+    std::optional<std::string> operator()(double value) const { return exactText(value); }
+    std::optional<std::string> operator()(const std::vector<double>& list) const {
+        return bracketed(list, [](double element) { return exactText(element); });
+    }
+    template <class T>
+    std::optional<std::string> operator()(const T& /*value*/) const {
+        return std::nullopt;
+    }
+};
 
 bool isWanted(const std::vector<unsigned>& wanted, unsigned number) {
     return wanted.empty() || std::find(wanted.begin(), wanted.end(), number) != wanted.end();
@@ -118,8 +145,11 @@ Table snapshotRows(const std::vector<std::vector<variableMap>>& snapshots,
 
 Cell valueCell(const varInfo& variable) {
     const auto* const list = boost::get<std::vector<double>>(&variable.value);
-    std::string text = list != nullptr ? textOfList(*list) : listedText(variable);
-    return {std::move(text), boost::apply_visitor(JsonOfValue(), variable.value)};
+    const auto textOfElement = [](double element) { return listedText({boost::none, element}); };
+    Cell cell(list != nullptr ? bracketed(*list, textOfElement) : listedText(variable),
+              boost::apply_visitor(JsonOfValue(), variable.value));
+    cell.exactText = boost::apply_visitor(ExactTextOfValue(), variable.value);
+    return cell;
 }
 
 }  // namespace sable_lanecfg::tool

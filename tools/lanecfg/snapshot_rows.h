@@ -36,8 +36,9 @@ std::string passesAtHand(const std::vector<std::vector<variableMap>>& snapshots)
 Table snapshotRows(const std::vector<std::vector<variableMap>>& snapshots,
                    const SnapshotFilter& filter);
 
-/// A value of a variable: text as in the library's own listing, lists in brackets; JSON keeps
-/// numbers, flags and lists as such, and blank is null.
+/// A value of a variable: for people a text as in the library's own listing, lists in brackets. CSV
+/// has all digits of fractions, and nothing for blank. JSON keeps numbers, flags and lists as such,
+/// fractions that it has no number for as texts, and blank is null.
 Cell valueCell(const varInfo& variable);
 
 }  // namespace sable_lanecfg::tool

@@ -137,6 +137,9 @@ Cell::Cell(Json cellValue) : text(textOf(cellValue)), value(std::move(cellValue)
 Cell::Cell(std::string cellText, Json cellValue)
     : text(std::move(cellText)), value(std::move(cellValue)) {}
 
+Cell::Cell(std::string cellText, std::string cellExactText, Json cellValue)
+    : text(std::move(cellText)), exactText(std::move(cellExactText)), value(std::move(cellValue)) {}
+
 std::string alignedText(const Table& table) {
     const std::vector<AlignedRow> rows = alignedRows(table);
     const std::vector<std::size_t> widths = columnWidths(rows, table.columns.size());
@@ -164,7 +167,7 @@ std::string csvText(const Table& table) {
     for (const std::vector<Cell>& row : table.rows) {
         std::vector<std::string> fields;
         for (const Cell& cell : row) {
-            fields.push_back(cell.text);
+            fields.push_back(cell.exactText.value_or(cell.text));
         }
         result += csvLine(fields);
     }

@@ -15,8 +15,11 @@ using Json = nlohmann::ordered_json;
 struct Cell {
     explicit Cell(Json cellValue);
     Cell(std::string cellText, Json cellValue);
+    /// One whose text for people is rounded, or stands for no value.
+    Cell(std::string cellText, std::string cellExactText, Json cellValue);
 
     std::string text;
+    std::optional<std::string> exactText;  ///< for CSV, the text for people unless given
     Json value;
 };
 
