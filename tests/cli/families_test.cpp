@@ -67,6 +67,16 @@ TEST_F(FamiliesCommand, TellsWhereADatabaseIsMissing) {
     EXPECT_EQ(rowOf(answer, "SXB", "stable").at("database"), nullptr);
 }
 
+TEST_F(FamiliesCommand, FailsWithoutAFolderToLookIn) {
+    const std::string missing = directory.file("missing");
+    const std::string file = directory.write("file", "");
+    expectFailure(run({"families", "--database", missing}), 1,
+                  "ERROR: There is no folder " + missing + " (named on the command line).");
+    expectFailure(run({"families", "--database", file}), 1, "ERROR: There is no folder " + file);
+    expectFailure(run({"families"}, {{"LANECFG_DATA", missing}}), 1,
+                  " (named by the variable LANECFG_DATA).");
+}
+
 TEST_F(FamiliesCommand, WritesTextByDefault) {
     const ProgramResult result = run({"families"});
     EXPECT_EQ(result.exitCode, 0);

@@ -65,6 +65,13 @@ TEST_F(RulesCommand, TellsTheValueOfAConstantAndNoneOfAnotherRule) {
               nlohmann::json({"RCALBG_CFG0.RCALSAP_TESTEN", "RCALBG_CFG0.RCAL_APROBE"}));
 }
 
+TEST_F(RulesCommand, HelpListsTheFamilies) {
+    const std::string names = "{SXA,SXB,SXB:stable,SXC,SXD4,SXD4:stable}";
+    EXPECT_THAT(run({"rules", "--help"}).output, HasSubstr("--family RULES:" + names));
+    EXPECT_THAT(run({"rules", "--help"}).output, HasSubstr("--diff RULES:" + names));
+    EXPECT_THAT(run({"attributes", "--help"}).output, HasSubstr("--rules RULES:" + names));
+}
+
 TEST_F(RulesCommand, ChoosesByKind) {
     EXPECT_THAT(rulesOf("SXA", {"--kind", "compose"}), SizeIs(163));
     EXPECT_THAT(rulesOf("SXA", {"--kind", "compose", "--kind", "constant"}), SizeIs(1165 + 163));

@@ -15,7 +15,31 @@ TEST_F(CommandLine, WithoutSubcommandIsWrongUsage) {
 }
 
 TEST_F(CommandLine, WithAnUnknownSubcommandIsWrongUsage) {
-    EXPECT_EQ(run({"atributes", "x.json"}).exitCode, 2);
+    for (const char* const behind : {"x.json", "--help", "--format"}) {
+        const ProgramResult result = run({"atributes", behind});
+        expectFailure(result, 2,
+                      "ERROR: There is no subcommand \"atributes\"; there are attributes, ");
+        EXPECT_THAT(result.errors, testing::EndsWith(". lanecfg --help tells more.\n"));
+    }
+}
+
+TEST_F(CommandLine, HasOneFormOfUsageFaults) {
+    // Found by the parser, by a check of a value, and by the subcommand.
+    EXPECT_EQ(run({}).errors, "ERROR: A subcommand is required. lanecfg --help tells more.\n");
+    EXPECT_EQ(run({"outclk"}).errors,
+              "ERROR: request is required. lanecfg outclk --help tells more.\n");
+    EXPECT_EQ(run({"families", "--database", ""}).errors,
+              "ERROR: --database: the value is empty; give one, or leave the option out. lanecfg "
+              "families --help tells more.\n");
+    EXPECT_EQ(run({"attributes"}).errors,
+              "ERROR: request is required, or --diff with two of them. lanecfg attributes --help "
+              "tells more.\n");
+    EXPECT_EQ(run({"rules", "--family", "SXA", "--set", "TX"}).errors.rfind("ERROR: --set: ", 0),
+              0U);
+}
+
+TEST_F(CommandLine, ShowsNoControlCharactersOfTheUsage) {
+    EXPECT_THAT(run({"\x1b[2J"}).errors, HasSubstr("no subcommand \"<U+001B>[2J\""));
 }
 
 TEST_F(CommandLine, TellsItsVersion) {

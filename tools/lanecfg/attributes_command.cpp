@@ -187,7 +187,7 @@ void addComparisons(CLI::App& command, AttributesOptions& options) {
     addComparison(command, "--rules", options.comparedRules,
                   "Rules of the two requests, FAMILY or FAMILY:SELECTOR, in place of their own")
         ->type_name("RULES")
-        ->check(ruleSetNameFault)
+        ->check(ruleSetNameCheck())
         ->needs(diff)
         ->excludes(command.get_option("--family"))
         ->excludes(command.get_option("--selector"));

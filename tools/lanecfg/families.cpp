@@ -39,15 +39,18 @@ const RuleSet* findRuleSetNamed(const std::string& name) {
     return found == ruleSets().end() ? nullptr : &*found;
 }
 
-std::string ruleSetNameFault(const std::string& name) {
-    if (findRuleSetNamed(name) != nullptr) {
-        return {};
-    }
+std::vector<std::string> ruleSetNames() {
     std::vector<std::string> names;
     for (const RuleSet& rules : ruleSets()) {
         names.push_back(nameOf(rules));
     }
-    return "\"" + name + "\" names no rules; there are " + listed(names);
+    return names;
+}
+
+std::string ruleSetNameFault(const std::string& name) {
+    return findRuleSetNamed(name) != nullptr
+               ? std::string()
+               : "\"" + name + "\" names no rules; there are " + listed(ruleSetNames());
 }
 
 std::vector<std::string> familyWords() {

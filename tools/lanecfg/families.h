@@ -25,6 +25,9 @@ std::string nameOf(const RuleSet& rules);
 /// The rule set of this name, null when there is none; "SXB:live" is taken for "SXB".
 const RuleSet* findRuleSetNamed(const std::string& name);
 
+/// The names of all rule sets, in their order.
+std::vector<std::string> ruleSetNames();
+
 /// Check of an option whose value names a rule set: text about the fault, empty when there is none.
 std::string ruleSetNameFault(const std::string& name);
 

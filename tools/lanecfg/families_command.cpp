@@ -5,6 +5,9 @@
 
 #include <lanecfg/rule_engine_utilities.h>
 
+#include <filesystem>
+#include <system_error>
+
 namespace sable_lanecfg::tool {
 namespace {
 
@@ -30,8 +33,18 @@ std::vector<Cell> rowOf(const RuleSet& rules, const std::optional<Database>& dat
             database ? Cell(database->folder.string()) : Cell("none", nullptr)};
 }
 
+/// A folder that has no database at all is an answer, one that isn't there is none.
+void requireFolder(const DatabaseRoot& root) {
+    std::error_code missing;
+    if (!std::filesystem::is_directory(root.folder, missing)) {
+        throw RequestError("There is no folder " + root.folder.string() + " (" + root.origin +
+                           "). Name the folder of the databases with --database.");
+    }
+}
+
 ExitCode run(const FamiliesOptions& options, Console& console) {
     const DatabaseRoot root = chooseDatabaseRoot(options.database);
+    requireFolder(root);
     Answer answer;
     answer.table.columns = {"family", "selector", "channels", "available", "database"};
     for (const RuleSet& rules : ruleSets()) {

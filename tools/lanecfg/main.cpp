@@ -1,11 +1,18 @@
 #include "commands.h"
 #include "console.h"
+#include "families.h"
 #include "output.h"
 
 #include <CLI/CLI.hpp>
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/predicate.hpp>
+#include <boost/algorithm/string/trim.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -32,14 +39,47 @@ void addCommands(CLI::App& program, Work& chosen) {
     addCheckDatabaseCommand(program, chosen);
 }
 
-ExitCode perform(const Work& work) {
+/// A fault of the usage as one or more sentences, and where to read on.
+std::string usageText(const CLI::App& program, const std::string& fault) {
+    const std::vector<CLI::App*> chosen = program.get_subcommands();
+    const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
+    return boost::algorithm::trim_right_copy_if(fault, boost::is_any_of(".\n")) + ". lanecfg " +
+           command + "--help tells more.";
+}
+
+/// The first word that stands where a subcommand is expected and names none, empty without one.
+std::string unknownSubcommand(const CLI::App& program) {
+    const std::vector<std::string> words = program.remaining();
+    const auto found = std::find_if(words.begin(), words.end(), [](const std::string& word) {
+        return !boost::algorithm::starts_with(word, "-");
+    });
+    return program.get_subcommands().empty() && found != words.end() ? *found : std::string();
+}
+
+/// What is wrong with the command line, empty where it asks for help or for the version.
+std::string faultOf(const CLI::App& program, const CLI::ParseError& error) {
+    const std::string unknown = unknownSubcommand(program);
+    if (unknown.empty()) {
+        return error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success) ? ""
+                                                                                  : error.what();
+    }
+    std::vector<std::string> names;
+    for (const CLI::App* const command :
+         program.get_subcommands([](const CLI::App* /*command*/) { return true; })) {
+        names.push_back(command->get_name());
+    }
+    return "There is no subcommand \"" + unknown + "\"; there are " +
+           sable_lanecfg::tool::listed(names);
+}
+
+ExitCode perform(const CLI::App& program, const Work& work) {
     Console console;
     try {
         const ExitCode code = work(console);
         const bool hasFailed = code == ExitCode::done && console.errorCount() > 0;
         return hasFailed ? ExitCode::failed : code;
     } catch (const sable_lanecfg::tool::UsageError& error) {
-        console.error(error.what());
+        console.error(usageText(program, error.what()));
         return ExitCode::usage;
     } catch (...) {
         console.error(sable_lanecfg::tool::currentExceptionText());
@@ -75,17 +115,17 @@ ExitCode parseAndPerform(int argumentCount, char** arguments) {
     try {
         program.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success)) {
-            (void)program.exit(error);
-            return ExitCode::usage;
-        }
-        return perform([&program, &error](Console& /*console*/) {
+        return perform(program, [&program, &error](Console& /*console*/) {
+            const std::string fault = faultOf(program, error);
+            if (!fault.empty()) {
+                throw sable_lanecfg::tool::UsageError(fault);
+            }
             (void)program.exit(error);
             sable_lanecfg::tool::finishStandardOutput();
             return ExitCode::done;
         });
     }
-    return perform(chosen);
+    return perform(program, chosen);
 }
 
 }  // namespace

@@ -126,7 +126,8 @@ void addRulesCommand(CLI::App& program, Work& chosen) {
             CLI::Option* const family = command
                                             .add_option("--family", options.family,
                                                         "Family, with \":stable\" its frozen rules")
-                                            ->check(ruleSetNameFault);
+                                            ->type_name("RULES")
+                                            ->check(ruleSetNameCheck());
             CLI::Option* const set = addListOption(command, "--set", options.sets,
                                                    "Only rules of this set, such as RX, TX or PLL");
             CLI::Option* const kind =
@@ -136,7 +137,7 @@ void addRulesCommand(CLI::App& program, Work& chosen) {
                           "Compare the rules of two families, FAMILY or FAMILY:SELECTOR each, "
                           "and print what differs")
                 ->type_name("RULES")
-                ->check(ruleSetNameFault)
+                ->check(ruleSetNameCheck())
                 ->excludes(family)
                 ->excludes(set)
                 ->excludes(kind);

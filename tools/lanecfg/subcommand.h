@@ -1,8 +1,10 @@
 #pragma once
 
 #include "commands.h"
+#include "families.h"
 
 #include <CLI/CLI.hpp>
+#include <boost/algorithm/string/join.hpp>
 
 #include <memory>
 #include <string>
@@ -16,6 +18,12 @@ CLI::Option* addListOption(CLI::App& command, const std::string& name, std::vect
                            const std::string& description) {
     return command.add_option(name, values, description + "; may be repeated")
         ->allow_extra_args(false);
+}
+
+/// A check whose option's help lists the names of all rules.
+inline CLI::Validator ruleSetNameCheck() {
+    return CLI::Validator(ruleSetNameFault,
+                          "{" + boost::algorithm::join(ruleSetNames(), ",") + "}");
 }
 
 /// An option with the two sides of a comparison.
