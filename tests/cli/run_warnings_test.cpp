@@ -31,19 +31,24 @@ TEST(FirstReason, IsThatOfTheLowestLevel) {
 /// A subcommand that runs a request.
 class RunWarning : public CommandLine, public testing::WithParamInterface<std::string> {
   protected:
-    /// Runs the subcommand, which has to answer.
-    ProgramResult answer(const std::string& request) const {
+    std::vector<std::string> argumentsFor(const std::string& request) const {
         std::vector<std::string> arguments{GetParam(), request};
-        const Delivery delivery;
         if (GetParam() == "update-elf") {
             arguments.insert(arguments.end(),
                              {"--elf", delivery.elfFile, "--work-dir", delivery.work.path()});
         }
-        ProgramResult result = run(arguments);
+        return arguments;
+    }
+
+    /// Runs the subcommand, which has to answer.
+    ProgramResult answer(const std::string& request) const {
+        ProgramResult result = run(argumentsFor(request));
         EXPECT_EQ(result.exitCode, 0) << result.errors;
         EXPECT_NE(result.output, "");
         return result;
     }
+
+    const Delivery delivery;
 };
 
 TEST_P(RunWarning, NamesTheReasonWhyARequestDoesNotPack) {
@@ -87,6 +92,18 @@ TEST_P(RunWarning, TellsOfWordsThatAnIdleLaneAnswers) {
                                          ": the clock words of lanes 0 and 1 are those of lane 1"));
 }
 
+TEST_P(RunWarning, IsFollowedByTheErrorsOfTheRun) {
+    json request = bundledRequest("sxb_25g_and_10g");
+    request.erase("quadUsage");
+    const std::string file = directory.write("request.json", request.dump());
+    const ProgramResult result = run(argumentsFor(file));
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_NE(result.output, "");
+    EXPECT_THAT(result.errors, testing::ContainsRegex("ERROR: Request " + file +
+                                                      " on the database .*/SXB: don't rely on the "
+                                                      "answer [^\n]*\n$"));
+}
+
 TEST_P(RunWarning, IsNotGivenToARequestThatIsWell) {
     EXPECT_THAT(answer(requestPath("sxb_25g_and_10g")).errors, Not(HasSubstr("WARNING")));
 }
@@ -98,6 +115,17 @@ INSTANTIATE_TEST_SUITE_P(Each, RunWarning,
 
 /// What is not one subcommand with one request.
 class RunWarnings : public CommandLine {};
+
+TEST_F(RunWarnings, AreFollowedByTheErrorsOfEachRunOfAComparison) {
+    json request = bundledRequest("sxa_basic");
+    request.erase("quadUsage");
+    const std::string file = directory.write("request.json", request.dump());
+    const std::string last = "ERROR: Request " + file + " on the database ";
+    const ProgramResult result = run({"attributes", "--diff", file, requestPath("sxa_basic")});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr(last));
+    EXPECT_THAT(run({"attributes", file, "--rates", "0_0", "0_0"}).errors, HasSubstr(last));
+}
 
 TEST_F(RunWarnings, AreGivenToBothRequestsOfAComparison) {
     const std::string first = requestPath("sxb_does_not_pack");

@@ -78,6 +78,7 @@ RequestInputs inputsOfSide(const AttributesOptions& options, std::size_t side) {
 RequestAnswer answerOfRequest(const RequestInputs& inputs, Console& console) {
     ConfiguredInstance instance(inputs.request, inputs.database, console);
     textMap attributes = instance.attributes();
+    instance.finish();
     return {inputs.request.file + " (" + nameOf(*inputs.request.rules) + ")", std::move(attributes),
             instance.engine().attributes};
 }
@@ -155,6 +156,7 @@ Answer differenceOfRates(const AttributesOptions& options, Console& console) {
         console.warning("Channel " + std::to_string(channel) + " has no passes of both rates " +
                         firstName + " and " + secondName + ", so it is left out.");
     }
+    run.instance.finish();
     return answerOf(differences, true, "rates " + firstName, "rates " + secondName);
 }
 
@@ -169,7 +171,9 @@ Answer answerTo(const AttributesOptions& options, Console& console) {
         return differenceOfRates(options, console);
     }
     RequestRun run(options.request, options.output, console);
-    return attributesAnswer(run.instance.attributes());
+    Answer answer = attributesAnswer(run.instance.attributes());
+    run.instance.finish();
+    return answer;
 }
 
 ExitCode run(const AttributesOptions& options, Console& console) {

@@ -9,7 +9,6 @@
 
 #include <lanecfg/lane_cfg_ip_mgr.h>
 
-#include <exception>
 #include <stdexcept>
 
 namespace sable_lanecfg::tool {
@@ -105,12 +104,12 @@ ConfiguredInstance::ConfiguredInstance(const Request& request, const Database& d
 }
 
 ConfiguredInstance::~ConfiguredInstance() {
-    console_.endProgress();
     lane_cfg_ip_mgr::releaseData(instanceName);
-    // A failure on its way names the request itself.
-    if (std::uncaught_exceptions() == 0) {
-        tellOfErrors(request_, database_, console_, errorsBefore_);
-    }
+}
+
+void ConfiguredInstance::finish() const {
+    console_.endProgress();
+    tellOfErrors(request_, database_, console_, errorsBefore_);
 }
 
 template <class Query>

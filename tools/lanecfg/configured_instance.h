@@ -21,7 +21,6 @@ class ConfiguredInstance {
     /// Runs the request, and warns of what makes its registers useless. Throws RequestError when no
     /// instance comes of it.
     ConfiguredInstance(const Request& request, const Database& database, Console& console);
-    /// Tells when errors were reported beside the answers.
     ~ConfiguredInstance();
     ConfiguredInstance(const ConfiguredInstance&) = delete;
     ConfiguredInstance& operator=(const ConfiguredInstance&) = delete;
@@ -39,6 +38,10 @@ class ConfiguredInstance {
     std::string rateTable();
     /// Log lines since the last rate table.
     static std::vector<std::string> log();
+
+    /// Ends the progress, and tells when errors were reported while the request ran and the answers
+    /// were made. To be called behind the last answer; a failure names the request itself.
+    void finish() const;
 
     /// The engine with its snapshots.
     const gt_rule_engine& engine() const { return *engine_; }

@@ -43,6 +43,7 @@ ExitCode run(const LogOptions& options, Console& console) {
         addRows(answer.table, line);
         answer.document->push_back(line);
     }
+    run.instance.finish();
     writeAnswer(answer, options.output);
     return ExitCode::done;
 }

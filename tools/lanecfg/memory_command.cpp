@@ -48,7 +48,9 @@ Answer answerOf(const textMap& image) {
 
 ExitCode run(const MemoryOptions& options, Console& console) {
     RequestRun run(options.request, options.output, console);
-    writeAnswer(answerOf(run.instance.memoryImage()), options.output);
+    const Answer answer = answerOf(run.instance.memoryImage());
+    run.instance.finish();
+    writeAnswer(answer, options.output);
     return ExitCode::done;
 }
 

@@ -60,6 +60,7 @@ Answer answerOf(const textMap& clocks, const std::map<std::string, double>& exac
 ExitCode run(const OutclkOptions& options, Console& console) {
     RequestRun run(options.request, options.output, console);
     const textMap clocks = run.instance.outputClocks();
+    run.instance.finish();
     writeAnswer(answerOf(clocks, exactClocks(run.instance.engine())), options.output);
     return ExitCode::done;
 }

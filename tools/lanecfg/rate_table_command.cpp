@@ -71,6 +71,7 @@ ExitCode run(const RateTableOptions& options, Console& console) {
             code = report.firstFailure() == nullptr ? ExitCode::done : ExitCode::failed;
         }
     }
+    run.instance.finish();
     writeAnswer(answer, options.output);
     return code;
 }

@@ -17,7 +17,7 @@ ExitCode run(const SnapshotOptions& options, Console& console) {
     const RequestRun run(options.request, options.output, console);
     Answer answer;
     answer.table = snapshotRows(run.instance.engine().blockVarMap, options.filter);
-    console.endProgress();
+    run.instance.finish();
     writeAnswer(answer, options.output);
     return ExitCode::done;
 }

@@ -145,6 +145,7 @@ ExitCode run(const UpdateElfOptions& options, Console& console) {
         throw RequestError("The ELF file " + paths.elfFile.string() +
                            " was not updated: " + reasonOfFailure(paths));
     }
+    run.instance.finish();
     writeAnswer(answerOf(paths), options.output);
     return ExitCode::done;
 }
