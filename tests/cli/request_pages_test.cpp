@@ -162,6 +162,13 @@ TEST_P(PageOfRequest, ShowsNumbersThatTheRequestAnswers) {
     }
 }
 
+/// A frequency as people are shown it.
+double inSixDigits(double frequency) {
+    std::ostringstream shown;
+    shown << frequency;
+    return std::stod(shown.str());
+}
+
 TEST_P(PageOfRequest, ShowsEveryOutputClock) {
     static const std::regex number("[0-9]+(?:[.][0-9]+)?");
     std::set<double> shown;
@@ -170,7 +177,8 @@ TEST_P(PageOfRequest, ShowsEveryOutputClock) {
     }
     const json clocks = answerOf({"outclk", request});
     for (const auto& clock : clocks.items()) {
-        EXPECT_THAT(shown, Contains(DoubleEq(numberOf(clock.value()).value()))) << clock.key();
+        EXPECT_THAT(shown, Contains(DoubleEq(inSixDigits(clock.value().get<double>()))))
+            << clock.key();
     }
 }
 
